@@ -1,0 +1,492 @@
+/* tavimo.h: the audio and text engine of a language-learning repeater, as a host program sees it.
+ *
+ * The engine owns the audio devices, the wave files it records into and its own side files; the host owns every
+ * window, device context and buffer. This header is all a host needs; tavimo_host.h adds windows, device contexts and
+ * paths for hosts that want the same source on Linux and Windows.
+ *
+ * CONVENTIONS
+ *
+ *  1. Strings are zero-terminated byte strings in GBK (code page 936): bytes below 0x80 are ASCII, a character of two
+ *     bytes starts with a byte of 0x81 or above. Paths separate folders with a backslash and may begin with a drive
+ *     letter; "/" is understood too. On Linux "C:" is the root folder, and names are found without regard to case.
+ *     A null path counts as a file that does not exist.
+ *  2. Handles. VcWindow and VcDc are HWND and HDC on Windows, and handles of the host kit on Linux. A handle that is
+ *     null or no longer valid receives nothing and shows nothing; it never crashes.
+ *  3. Threads. Call every export from one thread, the user-interface thread. The engine starts one thread of its own,
+ *     the digest worker (vcMakeDigestFile); vcGetMakeDigestPercentage and vcCancelMakeDigest are safe beside it.
+ *  4. Ownership. The engine keeps nothing that a host hands over, except window handles and, for the length of a call,
+ *     buffers. It writes into host buffers without asking for their size: every buffer's room stands at its argument.
+ *     A null pointer for a result is allowed, and that result is then not written.
+ *  5. Units. A time is a signed count of milliseconds from the first sound byte. A file offset counts bytes from the
+ *     start of the file; a byte count of sound leaves the header out. A level is 0 (silence) to 128 (full scale) and
+ *     stands for 40 ms of sound.
+ *  6. Results. Counts, times and offsets are 32 bits wide everywhere. Failure is -1 as a rule and 0 for a test; each
+ *     export says what else it answers. Failures that the learner must see are also shown in a modal message box.
+ *  7. Folders. The engine works in folders of the process's current directory that the host makes before: "temp"
+ *     (digests, parameters, compiled questions), "tmpwav" (the learner's recording, outputs on their way) and "zud"
+ *     (study files). The file "tmp.sen" lies in the current directory itself.
+ *  8. Files are replaced whole or not at all: a side file is written beside its final name and put in place when it
+ *     is complete. A derived file carries the last-write time of its source and is current only while both are equal.
+ *  9. Opening a second digest, study file or tape closes the first.
+ * 10. Start-up: vcCanRun; then vcSetMainWnd, vcSetPlayFormWndProc, and in a program that records
+ *     vcSetWaveInAndOutWndProc and vcSetRecordingVolumeBarHandle before the capture device is opened.
+ *     Shut-down: stop and close capture, close the tape, the output device, the digest and the study file. The engine
+ *     restores no window procedure: keep the library loaded as long as the hooked windows live.
+ */
+#ifndef TAVIMO_H
+#define TAVIMO_H
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+struct HWND__;
+struct HDC__;
+typedef struct HWND__* VcWindow;
+typedef struct HDC__* VcDc;
+#else
+typedef struct VcWindowTag* VcWindow;
+typedef struct VcDcTag* VcDc;
+#endif
+
+#if defined(_WIN32) && !defined(_WIN64)
+#define VC_CALL __stdcall
+#else
+#define VC_CALL
+#endif
+
+#if defined(_WIN32) || !defined(__GNUC__)
+#define VC_API
+#else
+#define VC_API __attribute__((visibility("default")))
+#endif
+
+#if defined(__cplusplus)
+#define VC_NOEXCEPT noexcept
+extern "C" {
+#else
+#define VC_NOEXCEPT
+#endif
+
+/* ======================================================================================================================
+ * host-windows: the windows the engine notifies, and the two it stands in front of
+ *
+ * Messages the engine sends: WM_KEYUP (0x101) with VK_F11 (0x7A) posted to the window that received a dropped file;
+ * WM_KEYUP with VK_F4 (0x73) sent to the main window after each recorded block.
+ * ==================================================================================================================== */
+
+/** @brief Registers the window that receives the engine's notifications.
+ *  @param window the host's main window; null for none.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcSetMainWnd(VcWindow window) VC_NOEXCEPT;
+
+/** @brief Registers a debug window. The engine sends nothing to it.
+ *  @param window any window; null for none.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcSetDebugWnd(VcWindow window) VC_NOEXCEPT;
+
+/** @brief Puts the engine in front of a window's procedure so that it receives dropped files (WM_DROPFILES, 0x233).
+ *
+ *  After a drop the path of the first file waits for vcGetDragFile and the window is posted WM_KEYUP with VK_F11.
+ *  Every other message reaches the host's procedure unchanged, WM_DROPFILES never does.
+ *  @param window the window; registering the same one again changes nothing, another one takes its place.
+ *  @failure a window that does not exist is not registered; the earlier one stays.
+ *  @requires nothing. */
+VC_API void VC_CALL vcSetPlayFormWndProc(VcWindow window) VC_NOEXCEPT;
+
+/** @brief Puts HidedWndProcIn in front of the window that receives the capture device's messages.
+ *  @param ignored any value; it has no effect.
+ *  @param window the window; null or a window that does not exist changes nothing, the same one again neither.
+ *  @failure none.
+ *  @requires nothing; before the capture device is opened. */
+VC_API void VC_CALL vcSetWaveInAndOutWndProc(intptr_t ignored, VcWindow window) VC_NOEXCEPT;
+
+/** @brief The window procedure that stands in front of the capture window.
+ *
+ *  It passes every message on to the host's own procedure with the same four values; an MM_WIM_DATA (0x3C0) message
+ *  that arrives while capture runs is first taken as one captured block.
+ *  @param window the window the message is for.
+ *  @param message the message number.
+ *  @param wparam the message's first value, pointer-wide.
+ *  @param lparam the message's second value, pointer-wide.
+ *  @return what the host's procedure returns; 0 when no window was registered.
+ *  @failure none.
+ *  @requires vcSetWaveInAndOutWndProc. */
+VC_API intptr_t VC_CALL HidedWndProcIn(VcWindow window, uint32_t message, uintptr_t wparam, intptr_t lparam)
+    VC_NOEXCEPT;
+
+/** @brief Takes away or gives back the close command of every window of a window's class.
+ *  @param window a window of the class.
+ *  @param flag nonzero sets CS_NOCLOSE (0x200) in the class style, 0 clears it; no other bit changes.
+ *  @failure a window that does not exist: nothing changes.
+ *  @requires nothing. */
+VC_API void VC_CALL vcNoClose(VcWindow window, int32_t flag) VC_NOEXCEPT;
+
+/** @brief Tells whether the Ctrl key was down at the last input message.
+ *  @return 1 if it was, else 0.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcIfCtrlPressed(void) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * wave-files: checks of wave files, and times and offsets in the open tape
+ *
+ * Bytes per second are always channels x bits per sample x sample rate / 8; the average that a file stores is not used.
+ * ==================================================================================================================== */
+
+/** @brief Tells whether a file is a PCM wave file of 8 or 16 bits per sample. No message is shown.
+ *
+ *  The data chunk is not looked for and the channel count is not tested.
+ *  @param path the file.
+ *  @return 1 if it is, else 0.
+ *  @failure 0.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcIsWaveFile(const char* path) VC_NOEXCEPT;
+
+/** @brief Tells whether a path ends in ".mp3", in any letter case. The file is not opened.
+ *  @param path the path.
+ *  @return 1 if it does, else 0; a path of less than 4 bytes gives 0.
+ *  @failure 0.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcIsMp3File(const char* path) VC_NOEXCEPT;
+
+/** @brief Gives the recording format (not that of a file examined by vcIsWaveFile).
+ *  @param sample_rate receives samples per second; 11025 at load.
+ *  @param bits_per_sample receives 8 or 16; 0 at load.
+ *  @param channels receives 1 or 2; 0 at load.
+ *  @return always 0.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcGetFileFormat(int32_t* sample_rate, int32_t* bits_per_sample, int32_t* channels) VC_NOEXCEPT;
+
+/** @brief Converts a time to a file offset in the open tape.
+ *  @param time_ms milliseconds; negative or past the end is allowed.
+ *  @return the file offset: the byte count of that time, truncated and made even toward zero, plus the offset of the
+ *          first sound byte. Not held to the sound data; held to 32 bits.
+ *  @failure none; with no format known the offset of the first sound byte.
+ *  @requires an open tape. */
+VC_API int32_t VC_CALL vcTimeToOffset(int32_t time_ms) VC_NOEXCEPT;
+
+/** @brief Converts a byte count of sound to a time, in a format the host names.
+ *  @param format three values: sample rate, bits per sample, channels.
+ *  @param byte_count bytes of sound, without the header.
+ *  @return milliseconds, truncated toward zero; 0 for a format of 0 bytes per second.
+ *  @failure 0 for a null format.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcOffsetToTime(const int32_t* format, int32_t byte_count) VC_NOEXCEPT;
+
+/** @brief Sets the current position of the open tape to a time, as vcTimeToOffset converts it.
+ *  @param time_ms milliseconds.
+ *  @failure none.
+ *  @requires an open tape. */
+VC_API void VC_CALL vcSetFilePosByTime(int32_t time_ms) VC_NOEXCEPT;
+
+/** @brief The same entry as vcSetFilePosByTime under a second name.
+ *  @param time_ms milliseconds.
+ *  @failure none.
+ *  @requires an open tape. */
+VC_API void VC_CALL vcGotoRecordStartPos(int32_t time_ms) VC_NOEXCEPT;
+
+/** @brief Sets the current position of the open tape to a file offset, unchanged and unchecked.
+ *  @param file_offset bytes from the start of the file.
+ *  @failure none.
+ *  @requires an open tape. */
+VC_API void VC_CALL vcSetFilePosByOffset(int32_t file_offset) VC_NOEXCEPT;
+
+/** @brief Sets the current position to the end of the tape's sound and moves the file's own pointer there.
+ *  @failure none.
+ *  @requires an open tape. */
+VC_API void VC_CALL vcGotoFileEnd(void) VC_NOEXCEPT;
+
+/** @brief Leaves the open tape's chunks and closes it. Does nothing when no tape is open.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcCloseReadOnlyFile(void) VC_NOEXCEPT;
+
+/** @brief Finishes and closes the open tape. Does nothing when no tape is open.
+ *  @param mode 3 for a new tape: writes the final chunk sizes and a pad byte after sound of odd length; 2 for an
+ *              appended one: writes the sound's length into the data chunk and leaves the file's length as it is; any
+ *              other value closes only.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcCloseWaveFile(int32_t mode) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * output-device: reserved for the playback position
+ * tape-files: reserved for making, appending and saving tapes
+ * capture: recording into a tape, and the silence parameters
+ * ==================================================================================================================== */
+
+/** @brief Sets the two parameters by which vcMakeSentence finds silence.
+ *  @param threshold the loudest level that still counts as silent, 0 to 128; 10 at load.
+ *  @param silence_ms the silence that ends a sentence, in milliseconds; kept in steps of 40 ms, rounded down. 40 to
+ *                    40999 are usable; 0 at load.
+ *  @failure none; vcMakeSentence refuses a length outside the range.
+ *  @requires nothing. */
+VC_API void VC_CALL vcSetSilentParam(int32_t threshold, int32_t silence_ms) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * digest-files: one level byte per 40 ms of a recording
+ *
+ * A digest has no header: byte k is the level of the 40 ms from k x 40 ms, taken from the last sample of that stretch.
+ * The working digest of D:\lessons\unit1.wav is temp\unit1.tmp; one that lies beside the recording (D:\lessons\unit1.tmp)
+ * is taken over by vcIfDigestFileExist. Paths are at most 199 bytes, the file name in one at most 99.
+ * ==================================================================================================================== */
+
+/** @brief Finds the current digest of a recording, or takes over the one beside it.
+ *  @param recording_path the recording.
+ *  @return 1 when the working digest carries the recording's file time or a digest beside the recording was copied
+ *          into its place (whatever its time; the copy itself may fail unseen); else 0.
+ *  @failure 0; also for a path of more than 199 bytes or a file name of more than 99.
+ *  @requires the folder temp. */
+VC_API int32_t VC_CALL vcIfDigestFileExist(const char* recording_path) VC_NOEXCEPT;
+
+/** @brief Starts the worker thread that makes a digest, and returns at once.
+ *
+ *  Poll vcGetMakeDigestPercentage until it reads 1000. A wave file that is not the source itself is deleted by the
+ *  worker when it has finished: it was a temporary copy.
+ *  @param source_path the recording whose file time the digest gets.
+ *  @param wave_path the wave file to summarise, 1 or 2 channels: the source itself or a temporary wave made from it.
+ *  @param digest_path the digest to write.
+ *  @return 1 when the worker was started; 0 when it could not be, when one is already running (which goes on), or for
+ *          a null path or one of more than 199 bytes.
+ *  @failure a wave that cannot be opened or a digest that cannot be created: the percentage stays 0 and no file
+ *           changes. A digest that could not be written whole: 1000, and no digest is in place.
+ *  @requires the digest's folder. */
+VC_API int32_t VC_CALL vcMakeDigestFile(const char* source_path, const char* wave_path, const char* digest_path)
+    VC_NOEXCEPT;
+
+/** @brief Gives the progress of the digest worker.
+ *  @return 0 to 100 while it works, 1000 when everything is done; 0 before the first job.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcGetMakeDigestPercentage(void) VC_NOEXCEPT;
+
+/** @brief Asks the digest worker to stop. The percentage becomes 1000 and no digest is left.
+ *  @failure none; without a running worker nothing happens.
+ *  @requires nothing. */
+VC_API void VC_CALL vcCancelMakeDigest(void) VC_NOEXCEPT;
+
+/** @brief Makes a digest on the calling thread.
+ *  @param source_path the recording whose file time the digest gets; null leaves the time alone.
+ *  @param wave_path the wave file to summarise, 1 or 2 channels. It is never deleted.
+ *  @param digest_path the digest to write.
+ *  @param progress_window a progress bar of range 0 to 100 that is sent PBM_SETPOS (0x402), rising, every 40.96 s of
+ *                         sound; may be null. Nothing is sent at the end.
+ *  @return 1 when the digest was written, else -1.
+ *  @failure -1: the wave cannot be opened, a path is null (the source apart) or longer than 199 bytes, or the digest
+ *           cannot be written whole; an earlier digest then stays.
+ *  @requires the digest's folder. */
+VC_API int32_t VC_CALL vcSimpleMakeDigestFile(const char* source_path, const char* wave_path, const char* digest_path,
+                                              VcWindow progress_window) VC_NOEXCEPT;
+
+/** @brief Opens a digest for drawing and segmentation; one that is open is closed first.
+ *  @param digest_path the digest.
+ *  @return its length in bytes, that is its number of levels.
+ *  @failure -1: it cannot be opened; none is open then.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcOpenDigestFile(const char* digest_path) VC_NOEXCEPT;
+
+/** @brief Closes the open digest. Does nothing when none is open.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcCloseDigestFile(void) VC_NOEXCEPT;
+
+/** @brief Shortens a digest that covers more than a duration, by dropping levels evenly.
+ *
+ *  A digest that covers less, or at most 40 ms more, stays as it is. The digest keeps its file time.
+ *  @param digest_path the digest.
+ *  @param duration_ms the duration in milliseconds; less than about half of what the digest covers empties it.
+ *  @failure the digest cannot be opened or the folder tmpwav is missing: nothing changes.
+ *  @requires the folder tmpwav. */
+VC_API void VC_CALL vcAdjustDigestFile(const char* digest_path, int32_t duration_ms) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * waveforms: drawn with the pen selected in the device context; clearing the area is the host's
+ *
+ * Heights are levels scaled by 1/128 and truncated. A height or width below 1, or fewer than 1 level a column, draws
+ * nothing.
+ * ==================================================================================================================== */
+
+/** @brief Draws the open digest as a half wave standing on the bottom row.
+ *
+ *  Where the recording ends inside the area a red line marks the end.
+ *  @param dc the device context.
+ *  @param height, width the area from (0, 0), in pixels.
+ *  @param start_ms the time of the first column; a time past the end shows the red line in column 0.
+ *  @param levels_per_column how many levels of 40 ms one column averages, at least 1.
+ *  @failure no digest open: nothing is drawn.
+ *  @requires vcOpenDigestFile. */
+VC_API void VC_CALL vcDrawHalfDigestWave(VcDc dc, int32_t height, int32_t width, int32_t start_ms,
+                                         int32_t levels_per_column) VC_NOEXCEPT;
+
+/** @brief Draws the open digest as a full wave: centred on a middle line, or as bars on the bottom.
+ *
+ *  Even columns show the levels, odd ones the mean of their neighbours. Nothing marks the end of the recording.
+ *  @param dc the device context.
+ *  @param height, width the area from (0, 0), in pixels; of a width above 2048 the first 2048 columns are drawn.
+ *  @param start_ms the time of the first column; a negative one is past the end.
+ *  @param levels_per_pair how many levels of 40 ms two columns average, at least 1.
+ *  @param from_bottom 0 centred on the middle line, nonzero bars of twice that height without a line.
+ *  @failure no digest open: nothing is drawn.
+ *  @requires vcOpenDigestFile. */
+VC_API void VC_CALL vcDrawSrcDigestWave(VcDc dc, int32_t height, int32_t width, int32_t start_ms,
+                                        int32_t levels_per_pair, int32_t from_bottom) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * voice-overview: reserved for the learner's voice in 600 levels
+ * segmentation: cutting a recording into sentences
+ * ==================================================================================================================== */
+
+/** @brief Cuts the recording of the open digest into sentences and writes their starts to "tmp.sen".
+ *
+ *  A sentence starts two levels (80 ms) before its first sound and ends with a silence of the length set by
+ *  vcSetSilentParam, which belongs to it. "tmp.sen" is a sequence of unsigned 32-bit little-endian milliseconds,
+ *  never decreasing, each a multiple of 40; vcReadTmpIdx takes it over.
+ *  @return the number of sentences when it is 2 or more; 0 for fewer, or for a silence length outside 40 ms to
+ *          40999 ms, and then no "tmp.sen" is left.
+ *  @failure -1: no digest is open, or "tmp.sen" cannot be written.
+ *  @requires vcOpenDigestFile, vcSetSilentParam. */
+VC_API int32_t VC_CALL vcMakeSentence(void) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * study-file: bookmarks and sentence starts of a recording
+ *
+ * A study file is 20 bookmarks of 16 bytes (320 bytes), then one unsigned 32-bit start time in milliseconds for every
+ * sentence, little-endian. That of D:\course\unit1.wav is zud\unit1.zud, or else D:\course\unit1.zud; it is always
+ * written to zud. Paths are at most 223 bytes.
+ * ==================================================================================================================== */
+
+/** @brief Opens the study file of a recording and empties the bookmark table in memory.
+ *  @param recording_path the recording; it need not exist.
+ *  @return the number of sentence starts in the study file, 0 or more.
+ *  @failure -1: no study file in zud or beside the recording, or one shorter than 320 bytes, or a path of more than
+ *           223 bytes. The bookmark table is empty all the same.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcOpenSentenceFile(const char* recording_path) VC_NOEXCEPT;
+
+/** @brief Loads the bookmark table and the sentence starts of the open study file, and closes it.
+ *  @param starts_ms receives the starts, unsigned 32-bit milliseconds; room for count values. Values the file does
+ *                   not hold stay as they were.
+ *  @param count how many starts to read; 0 or below reads the bookmarks alone.
+ *  @return count.
+ *  @failure -1: no study file is open; nothing is touched.
+ *  @requires vcOpenSentenceFile. */
+VC_API int32_t VC_CALL vcReadSentenceData(uint32_t* starts_ms, int32_t count) VC_NOEXCEPT;
+
+/** @brief Reads two neighbouring 32-bit values of the open study file.
+ *  @param index counts 32-bit values from the start of the file: sentence k (from 0) is 80 + k.
+ *  @param first receives value index; a value the file does not hold leaves it alone.
+ *  @param second receives value index + 1, in the same way.
+ *  @failure no study file is open: nothing is written.
+ *  @requires vcOpenSentenceFile, before vcReadSentenceData. */
+VC_API void VC_CALL vcGetSentence(int32_t index, uint32_t* first, uint32_t* second) VC_NOEXCEPT;
+
+/** @brief Takes over the starts that vcMakeSentence wrote, and deletes "tmp.sen".
+ *  @param starts_ms receives the starts, unsigned 32-bit milliseconds; room for count values. Values the file does
+ *                   not hold stay as they were.
+ *  @param count the result of vcMakeSentence.
+ *  @return 0.
+ *  @failure -1: there is no "tmp.sen" (the array stays as it was), or it could not be deleted.
+ *  @requires vcMakeSentence. */
+VC_API int32_t VC_CALL vcReadTmpIdx(uint32_t* starts_ms, int32_t count) VC_NOEXCEPT;
+
+/** @brief Stores the bookmark table and the sentence starts of a recording in the folder zud.
+ *
+ *  With fewer than 2 starts only the bookmarks are stored, and with no bookmark either the study file in zud is
+ *  deleted. The one beside the recording is never changed.
+ *  @param recording_path the recording; it need not exist.
+ *  @param starts_ms the starts, count unsigned 32-bit milliseconds.
+ *  @param count how many.
+ *  @failure the file cannot be written whole (no folder zud, disk full, path of more than 223 bytes): the earlier study
+ *           file stays; the host is not told.
+ *  @requires the folder zud. */
+VC_API void VC_CALL vcWriteExtraFileData(const char* recording_path, const uint32_t* starts_ms,
+                                         int32_t count) VC_NOEXCEPT;
+
+/** @brief Writes values to a mark index file: count unsigned 32-bit little-endian values and nothing else.
+ *  @param path the file.
+ *  @param values the values.
+ *  @param count how many; 0 or 1 writes nothing and leaves an existing file as it is.
+ *  @failure the file cannot be written: it stays as it was; the host is not told.
+ *  @requires nothing. */
+VC_API void VC_CALL vcWriteMarkIdx(const char* path, const uint32_t* values, int32_t count) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * bookmarks, parameter-files, stereo-to-mono, wave-editing, question-compiler, question-bank, page-layout,
+ * page-display, word-selection: reserved families, in this order
+ * host-utilities: services around the engine
+ * ==================================================================================================================== */
+
+/** @brief Tells whether a host program may start beside those that run; shows a message when it may not.
+ *
+ *  Programs are found by the titles of their windows: "kelvo-player", "kelvo-recorder", "Tavimo-复习机". The recorder
+ *  runs neither beside the player nor beside the reviewer.
+ *  @param program 0 player, 1 recorder, any other value reviewer.
+ *  @return 1 if it may run, else 0 after the message.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcCanRun(int32_t program) VC_NOEXCEPT;
+
+/** @brief Finds the first CD-ROM drive that holds a path.
+ *  @param relative_path the path below the drive's root, at most 36 bytes.
+ *  @return the drive's index, 0 for A: to 25 for Z:.
+ *  @failure -1: none; also for a null or longer path.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcGetCdRomDrive(const char* relative_path) VC_NOEXCEPT;
+
+/** @brief Copies the files that match a pattern from one folder to another, replacing those that exist.
+ *  @param to_folder the destination, ending in a backslash.
+ *  @param pattern a file name with "*" and "?".
+ *  @param from_folder the source, ending in a backslash.
+ *  @return 1 after the copies, whether each of them succeeded or not.
+ *  @failure -1: nothing matches. A file that cannot be copied, or whose path would be 260 bytes or longer, is passed
+ *           over.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcStrongCopyFile(const char* to_folder, const char* pattern,
+                                        const char* from_folder) VC_NOEXCEPT;
+
+/** @brief Compares two strings byte by byte, ignoring the case of ASCII letters. GBK sorts behind ASCII.
+ *  @param left, right the strings; null counts as the empty string.
+ *  @return negative, 0 or positive.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcStrcmp(const char* left, const char* right) VC_NOEXCEPT;
+
+/** @brief Deletes a file.
+ *  @param path the file.
+ *  @return 0.
+ *  @failure -1: it does not exist, is read-only, or is a folder.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcDeleteFile(const char* path) VC_NOEXCEPT;
+
+/** @brief The same entry as vcDeleteFile under a second name.
+ *  @param path the file.
+ *  @return 0.
+ *  @failure -1: it does not exist, is read-only, or is a folder.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcDeleteTmpRecordFile(const char* path) VC_NOEXCEPT;
+
+/** @brief Finds the last backslash of a path, counted in characters.
+ *
+ *  The search goes by bytes, so a backslash that is the second byte of a character counts; the first byte of the path
+ *  is not looked at.
+ *  @param path the path.
+ *  @return the number of characters up to and including the backslash (C:\lesson\a.wav gives 10).
+ *  @failure -1: there is none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcFindLastSlash(const char* path) VC_NOEXCEPT;
+
+/** @brief Hands over the path of the file dropped last.
+ *  @param path receives the path; room for 298 bytes. Empty before any drop.
+ *  @return the path's length in characters; 0 before any drop.
+ *  @failure none.
+ *  @requires vcSetPlayFormWndProc. */
+VC_API int32_t VC_CALL vcGetDragFile(char* path) VC_NOEXCEPT;
+
+#if defined(__cplusplus)
+}
+#endif
+
+#endif

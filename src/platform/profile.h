@@ -1,0 +1,16 @@
+// One value of an INI file, read by the platform's rules.
+//
+// Section and key are compared without regard to ASCII case and without the blanks around them; the first section of a
+// name and the first key in it win. Blanks around a value are cut, one pair of equal quotes around it is removed. A line
+// that starts with ";" is a comment; a ";" later belongs to the value. Lines end in CR LF, LF or CR.
+#pragma once
+
+namespace tavimo::platform {
+
+// Copies the value of a key, or fallback (null: empty) when file, section or key is missing, into text: at most size - 1
+// bytes, cut before a GBK character that does not fit, and a zero. Returns the bytes without the zero; 0 for size < 1,
+// and text is then not written. The path must name a folder: on the platform a bare name means another place.
+int GetProfileText(const char* section, const char* key, const char* fallback, char* text, int size,
+                   const char* path) noexcept;
+
+}  // namespace tavimo::platform

@@ -1,0 +1,49 @@
+#include "support/scratch_folder.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace tavimo::tests {
+
+namespace fs = std::filesystem;
+
+ScratchFolder::ScratchFolder() : previous_(fs::current_path()) {
+  std::string pattern = (fs::temp_directory_path() / "tavimo-test-XXXXXX").string();
+  root_ = mkdtemp(pattern.data());
+  fs::current_path(root_);
+  for (const char* folder : {"temp", "tmpwav", "zud"}) fs::create_directory(folder);
+}
+
+ScratchFolder::~ScratchFolder() {
+  fs::current_path(previous_);
+  std::error_code ignored;
+  fs::remove_all(root_, ignored);
+}
+
+void WriteBytes(const fs::path& path, const Bytes& bytes) {
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+void WriteText(const fs::path& path, std::string_view text) { WriteBytes(path, Bytes(text.begin(), text.end())); }
+
+Bytes ReadBytes(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  return Bytes(std::istreambuf_iterator<char>(in), {});
+}
+
+bool Exists(const fs::path& path) { return fs::exists(path); }
+
+std::vector<std::string> NamesIn(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+bool IsPrivileged() { return geteuid() == 0; }
+
+}  // namespace tavimo::tests

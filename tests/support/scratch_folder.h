@@ -1,0 +1,40 @@
+// A folder of its own for a test, made the current directory while the test runs, with the engine's working folders.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavimo::tests {
+
+using Bytes = std::vector<std::uint8_t>;
+
+class ScratchFolder {
+ public:
+  ScratchFolder();  // makes temp, tmpwav and zud in it
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  ~ScratchFolder();
+
+  [[nodiscard]] const std::filesystem::path& Root() const { return root_; }
+
+ private:
+  std::filesystem::path root_;
+  std::filesystem::path previous_;
+};
+
+// Native paths, relative to the current directory or absolute.
+void WriteBytes(const std::filesystem::path& path, const Bytes& bytes);
+void WriteText(const std::filesystem::path& path, std::string_view text);
+Bytes ReadBytes(const std::filesystem::path& path);  // empty when the file is missing
+bool Exists(const std::filesystem::path& path);
+
+// The names in a folder, sorted; shows what a test left behind.
+std::vector<std::string> NamesIn(const std::filesystem::path& folder);
+
+// True when the process may do anything, so that permissions of folders do not hold it back.
+bool IsPrivileged();
+
+}  // namespace tavimo::tests

@@ -1,0 +1,79 @@
+#!/usr/bin/env python3
+"""Makes the linker's lists from the one table of exports.
+
+The table (exports/tavimo.exports) names every export; this writes what each linker wants of it: an ELF version
+script with the engine's names and those of the host kit's header, the options that give an entry its second name,
+and the .def files for Windows. It checks nothing: tools/check_exports.py does.
+"""
+import argparse
+import re
+from pathlib import Path
+from typing import NamedTuple
+
+
+class Export(NamedTuple):
+    name: str
+    family: str
+    stack_bytes: int
+    built: bool
+    alias_of: str  # empty when the name has an entry of its own
+
+
+def read_table(path):
+    rows = []
+    for line in Path(path).read_text(encoding='utf-8').splitlines():
+        fields = line.split('#')[0].split()
+        if fields:
+            name, family, stack_bytes, state, *alias = fields
+            rows.append(Export(name, family, int(stack_bytes), state == 'built', alias[0] if alias else ''))
+    return rows
+
+
+def kit_names(header):
+    return re.findall(r'^VC_API[^;(]*?\b(tv\w+)\(', Path(header).read_text(encoding='utf-8'), re.M)
+
+
+def version_script(exports, kit):
+    names = [e.name for e in exports if e.built] + kit
+    return '{\n  global:\n' + ''.join(f'    {name};\n' for name in names) + '  local: *;\n};\n'
+
+
+def alias_options(exports):
+    return ''.join(f'--defsym={e.name}={e.alias_of}\n' for e in exports if e.built and e.alias_of)
+
+
+def module_definition(exports):
+    """The list for the DLL itself: undecorated names, second names on the same entry."""
+    lines = ['LIBRARY tavimo', 'EXPORTS']
+    lines += [f'  {e.name} = {e.alias_of}' if e.alias_of else f'  {e.name}' for e in exports if e.built]
+    return '\n'.join(lines) + '\n'
+
+
+def import_definition(exports):
+    """The list from which a 32-bit import library is made: decorated symbols for undecorated names."""
+    return 'LIBRARY tavimo\nEXPORTS\n' + ''.join(f'  {e.name}@{e.stack_bytes}\n' for e in exports if e.built)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument('--table', required=True)
+    parser.add_argument('--kit', help='header of the host kit, for the version script')
+    parser.add_argument('--version-script')
+    parser.add_argument('--aliases')
+    parser.add_argument('--def', dest='definition')
+    parser.add_argument('--import-def', dest='import_definition')
+    arguments = parser.parse_args()
+    exports = read_table(arguments.table)
+    outputs = {
+        arguments.version_script: lambda: version_script(exports, kit_names(arguments.kit)),
+        arguments.aliases: lambda: alias_options(exports),
+        arguments.definition: lambda: module_definition(exports),
+        arguments.import_definition: lambda: import_definition(exports),
+    }
+    for path, make in outputs.items():
+        if path:
+            Path(path).write_text(make(), encoding='ascii')
+
+
+if __name__ == '__main__':
+    main()
