@@ -24,7 +24,8 @@ inline constexpr std::uint32_t kClassStyleNoClose = 0x200;
 using WindowProc = std::intptr_t(VC_CALL*)(VcWindow, std::uint32_t, std::uintptr_t, std::intptr_t);
 
 // Delivers at once and returns what the window's procedure returns; 0 for no window.
-std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept;
+std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam,
+                           std::intptr_t lparam) noexcept;
 
 // Queues behind what waits; false when the window does not exist or the queue is full.
 bool PostToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept;

@@ -1,0 +1,18 @@
+#include "digest/digest_state.h"
+
+namespace tavimo::digest {
+
+namespace {
+constinit DigestState digestState;
+}  // namespace
+
+DigestState& State() noexcept { return digestState; }
+
+void ResetState() noexcept {
+  digestState.digestJob.cancelRequested.store(0);
+  digestState.digestJob.percentage.store(0);
+  digestState.currentDigest.Close();
+  digestState.digestColumns = {};
+}
+
+}  // namespace tavimo::digest

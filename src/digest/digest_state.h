@@ -1,0 +1,25 @@
+// The process-wide records of digests and waveforms.
+#pragma once
+
+#include "digest/digest_job.h"
+#include "digest/digest_summary.h"
+#include "digest/digest_wave.h"
+#include "platform/files.h"
+
+namespace tavimo::digest {
+
+struct DigestState {
+  DigestJob digestJob;
+  platform::FileStream currentDigest;  // the one digest open for drawing and segmentation
+  DigestColumns digestColumns{};
+  // One for each thread that can summarise, so that a host that calls both makers at once gets two whole digests.
+  SummaryWorkspace workerWorkspace{};
+  SummaryWorkspace hostWorkspace{};
+};
+
+DigestState& State() noexcept;
+
+// Back to the state at load. REQUIRES: no worker runs.
+void ResetState() noexcept;
+
+}  // namespace tavimo::digest
