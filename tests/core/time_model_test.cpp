@@ -1,0 +1,85 @@
+// Times and byte offsets, through the exports, with the format and the data offset of an open tape.
+#include <cstdint>
+#include <limits>
+
+#include "core/time_model.h"
+#include "support/engine_test.h"
+
+namespace tavimo::tests {
+namespace {
+
+using core::PcmFormat;
+
+constexpr PcmFormat kSixteenMono22050{1, 1, 22050, 44100, 2, 16};
+constexpr PcmFormat kEightMono11025{1, 1, 11025, 11025, 1, 8};
+constexpr PcmFormat kSixteenStereo44100{1, 2, 44100, 176400, 4, 16};
+
+class TimeModel : public EngineTest {
+ protected:
+  static void Use(const PcmFormat& format, std::int32_t dataOffset) {
+    core::State().currentFormat = format;
+    core::State().currentWaveFile.dataOffset = dataOffset;
+  }
+};
+
+TEST_F(TimeModel, ConvertsTimesToEvenOffsetsTowardZero) {
+  struct Case {
+    PcmFormat format;
+    std::int32_t timeMs, offset;
+  };
+  const Case cases[] = {
+      {kSixteenMono22050, 0, 46},
+      {kSixteenMono22050, 1, 46 + 44},      // 44.1
+      {kSixteenMono22050, -1, 46 - 44},     // -44.1
+      {kEightMono11025, 1, 46 + 10},        // 11.025, then even
+      {kEightMono11025, -1, 46 - 10},       // -11 moves up to -10
+      {kEightMono11025, 5000, 46 + 55124},  // 55125, then even
+      {kSixteenStereo44100, 1, 46 + 176},   // 176.4: between the channels of a frame
+      {kSixteenMono22050, 3600000, 46 + 158760000},
+      {{}, 1000, 46},  // no bytes per second
+  };
+  for (const Case& c : cases) {
+    Use(c.format, 46);
+    EXPECT_EQ(vcTimeToOffset(c.timeMs), c.offset) << c.format.sampleRate << " Hz, " << c.timeMs << " ms";
+    vcSetFilePosByTime(c.timeMs);
+    EXPECT_EQ(core::State().currentWaveFile.filePosition, c.offset);
+  }
+}
+
+TEST_F(TimeModel, HoldsOffsetsOutOfRangeTo32Bits) {
+  Use(kSixteenStereo44100, 46);
+  EXPECT_EQ(vcTimeToOffset(std::numeric_limits<std::int32_t>::max()), std::numeric_limits<std::int32_t>::max());
+  EXPECT_EQ(vcTimeToOffset(std::numeric_limits<std::int32_t>::min()), std::numeric_limits<std::int32_t>::min() + 46);
+}
+
+TEST_F(TimeModel, ConvertsFileOffsetsToTimes) {
+  EXPECT_EQ(core::FileOffsetToTime(kSixteenMono22050, 46, 46 + 44100), 1000);
+  EXPECT_EQ(core::FileOffsetToTime(kEightMono11025, 46, 46 + 55124), 4999);
+  EXPECT_EQ(core::FileOffsetToTime(kEightMono11025, 46, 45), 0) << "before the sound";
+  EXPECT_EQ(core::FileOffsetToTime(kEightMono11025, 46, -2000000000), 0);
+  EXPECT_EQ(core::FileOffsetToTime({}, 46, 5000), 0) << "no bytes per second";
+}
+
+TEST_F(TimeModel, ConvertsByteCountsInTheFormatTheHostNames) {
+  const std::int32_t stereo[] = {22050, 16, 2};
+  const std::int32_t nothing[] = {22050, 0, 2};
+  const std::int32_t wraps[] = {0x10000, 0x10000, 2};
+  const std::int32_t negative[] = {-22050, 16, 2};
+  EXPECT_EQ(vcOffsetToTime(stereo, 88200), 1000);
+  EXPECT_EQ(vcOffsetToTime(stereo, -88200), -1000);
+  EXPECT_EQ(vcOffsetToTime(negative, 88200), -1000);
+  EXPECT_EQ(vcOffsetToTime(nothing, 88200), 0);
+  EXPECT_EQ(vcOffsetToTime(wraps, 88200), 0);
+  EXPECT_EQ(vcOffsetToTime(nullptr, 88200), 0);
+}
+
+TEST_F(TimeModel, SetsPositionsByOffsetUnchanged) {
+  vcSetFilePosByOffset(-7);
+  EXPECT_EQ(core::State().currentWaveFile.filePosition, -7);
+  vcGotoRecordStartPos(0);
+  EXPECT_EQ(core::State().currentWaveFile.filePosition, 0);
+  EXPECT_EQ(&vcGotoRecordStartPos, &vcSetFilePosByTime);
+}
+
+}  // namespace
+}  // namespace tavimo::tests

@@ -1,0 +1,144 @@
+// The checks a host makes before it uses a file, and the ways an open tape is closed.
+#include "core/current_wave_file.h"
+#include "support/engine_test.h"
+
+namespace tavimo::tests {
+namespace {
+
+using platform::OpenMode;
+using platform::RiffFile;
+
+class WaveFiles : public EngineTest {};
+
+Bytes Cut(Bytes bytes, std::size_t length) {
+  bytes.resize(length);
+  return bytes;
+}
+
+TEST_F(WaveFiles, AreToldFromEverythingElse) {
+  const Bytes mono = WaveFile({}, Bytes(100));
+  Bytes fmtBehindList = RiffWave({Chunk("LIST", Bytes(7)), Chunk("fmt ", FormatRecord({}))});
+  Bytes otherForm = mono;
+  otherForm[8] = 'A';
+  Bytes lowerCaseId = mono;
+  lowerCaseId[0] = 'r';
+  Bytes emptyParent = mono;
+  for (std::size_t i = 4; i < 8; ++i) emptyParent[i] = 0;
+  Bytes hugeFormat = mono;
+  for (std::size_t i = 16; i < 20; ++i) hugeFormat[i] = 0xFF;
+  Bytes longFormat = FormatRecord({});
+  longFormat.insert(longFormat.end(), {0, 0, 9, 9});
+  struct Case {
+    const char* what;
+    Bytes bytes;
+    std::int32_t isWave;
+  };
+  const Case cases[] = {
+      {"16 bits mono", mono, 1},
+      {"8 bits stereo", WaveFile({1, 2, 8000, 8}, Bytes(10)), 1},
+      {"three channels are not this check's business", WaveFile({1, 3, 8000, 8}, Bytes(9)), 1},
+      {"no data chunk", RiffWave({Chunk("fmt ", FormatRecord({}))}), 1},
+      {"format behind an odd list", fmtBehindList, 1},
+      {"format of 20 bytes", RiffWave({Chunk("fmt ", longFormat)}), 1},
+      {"24 bits", WaveFile({1, 1, 44100, 24}, Bytes(9)), 0},
+      {"float", WaveFile({3, 1, 44100, 32}, Bytes(8)), 0},
+      {"extensible", WaveFile({0xFFFE, 1, 44100, 16}, Bytes(8)), 0},
+      {"other form type", otherForm, 0},
+      {"lower-case id", lowerCaseId, 0},
+      {"an unfinished tape of size 0", emptyParent, 0},
+      {"format chunk past every end", hugeFormat, 1},
+      {"no format chunk", RiffWave({Chunk("data", Bytes(8))}), 0},
+      {"format chunk of 14 bytes", RiffWave({Chunk("fmt ", Cut(FormatRecord({}), 14)), Chunk("data", Bytes(8))}), 0},
+      {"cut inside the format", Cut(mono, 30), 0},
+      {"cut inside the header", Cut(mono, 10), 0},
+      {"empty", {}, 0},
+      {"text", Bytes{'h', 'e', 'l', 'l', 'o', ' ', 'w', 'o', 'r', 'l', 'd', '.', '\r', '\n'}, 0},
+  };
+  for (const Case& c : cases) {
+    WriteBytes("a.wav", c.bytes);
+    EXPECT_EQ(vcIsWaveFile("a.wav"), c.isWave) << c.what;
+  }
+  EXPECT_EQ(vcIsWaveFile("missing.wav"), 0);
+  EXPECT_EQ(vcIsWaveFile("temp"), 0) << "a folder";
+  EXPECT_EQ(vcIsWaveFile(""), 0);
+  EXPECT_EQ(vcIsWaveFile(nullptr), 0);
+}
+
+TEST_F(WaveFiles, LeaveTheirFormatBehindAlsoWhenRefused) {
+  WriteBytes("a.wav", WaveFile({1, 2, 44100, 24}, Bytes(12)));
+  EXPECT_EQ(vcIsWaveFile("a.wav"), 0);
+  EXPECT_EQ(core::State().currentFormat, (core::PcmFormat{1, 2, 44100, 264600, 6, 24}));
+  std::int32_t rate = -1;
+  std::int32_t bits = -1;
+  std::int32_t channels = -1;
+  EXPECT_EQ(vcGetFileFormat(&rate, &bits, &channels), 0);
+  EXPECT_EQ(rate, 11025) << "the recording format, not the examined file's";
+  EXPECT_EQ(bits, 0);
+  EXPECT_EQ(channels, 0);
+  EXPECT_EQ(vcGetFileFormat(nullptr, nullptr, nullptr), 0);
+}
+
+TEST_F(WaveFiles, CanBeExaminedWhileATapeIsOpen) {
+  WriteBytes("tape.wav", WaveFile({1, 1, 22050, 16}, Bytes(100)));
+  WriteBytes("other.wav", WaveFile({1, 2, 8000, 8}, Bytes(100)));
+  ASSERT_EQ(vcIsWaveFile("tape.wav"), 1);
+  core::State().currentWaveFile.mmioHandle = RiffFile::Open("tape.wav", OpenMode::ReadWrite);
+  const core::PcmFormat tapeFormat = core::State().currentFormat;
+  EXPECT_EQ(vcIsWaveFile("other.wav"), 1);
+  EXPECT_EQ(core::State().currentFormat, tapeFormat);
+}
+
+TEST_F(WaveFiles, KnowMp3FilesByTheirNameAlone) {
+  for (const char* path : {"a.mp3", "a.MP3", "D:\\x\\b.Mp3", ".mp3"}) EXPECT_EQ(vcIsMp3File(path), 1) << path;
+  for (const char* path : {"mp3", "a.mp", "a.mp3 ", "a.wav", ""}) EXPECT_EQ(vcIsMp3File(path), 0) << path;
+  EXPECT_EQ(vcIsMp3File(nullptr), 0);
+}
+
+// Opens a wave file as a tape the way appending does, with the given length of sound.
+void OpenTape(const char* path, std::int32_t dataLength) {
+  core::CurrentWaveFile& tape = core::State().currentWaveFile;
+  tape.mmioHandle = RiffFile::Open(path, OpenMode::ReadWrite);
+  ASSERT_TRUE(tape.mmioHandle.IsOpen());
+  ASSERT_TRUE(tape.mmioHandle.Descend(tape.riffChunk));
+  tape.subChunk.id = platform::FourCc("data");
+  ASSERT_TRUE(tape.mmioHandle.Find(tape.subChunk, tape.riffChunk));
+  tape.dataOffset = static_cast<std::int32_t>(tape.subChunk.dataOffset);
+  tape.dataLength = dataLength;
+}
+
+TEST_F(WaveFiles, ClosedInMode2CarryTheNewLengthAndKeepTheirBytes) {
+  const Bytes before = WaveFile({}, Bytes(200, 7));
+  Bytes after = before;
+  after[40] = 120;  // the data chunk's size; the RIFF chunk's stays
+  WriteBytes("a.wav", before);
+  OpenTape("a.wav", 120);
+  vcGotoFileEnd();
+  EXPECT_EQ(core::State().currentWaveFile.filePosition, 44 + 120);
+  EXPECT_EQ(core::State().currentWaveFile.mmioHandle.Position(), 44 + 120);
+  vcCloseWaveFile(2);
+  EXPECT_FALSE(core::State().currentWaveFile.mmioHandle.IsOpen());
+  EXPECT_EQ(ReadBytes("a.wav"), after);
+}
+
+TEST_F(WaveFiles, ThatWereOnlyFoundAreClosedWithoutAWrite) {
+  const Bytes before = WaveFile({}, Bytes(201, 7));
+  for (const std::int32_t mode : {0, 1, 3, 4, -1}) {
+    WriteBytes("a.wav", before);
+    OpenTape("a.wav", 3);
+    vcCloseWaveFile(mode);
+    EXPECT_FALSE(core::State().currentWaveFile.mmioHandle.IsOpen());
+    EXPECT_EQ(ReadBytes("a.wav"), before) << "mode " << mode;
+  }
+  OpenTape("a.wav", 3);
+  vcCloseReadOnlyFile();
+  EXPECT_EQ(ReadBytes("a.wav"), before);
+}
+
+TEST_F(WaveFiles, CanBeClosedWhenNoneIsOpen) {
+  for (const std::int32_t mode : {0, 2, 3}) vcCloseWaveFile(mode);
+  vcCloseReadOnlyFile();
+  vcGotoFileEnd();
+}
+
+}  // namespace
+}  // namespace tavimo::tests

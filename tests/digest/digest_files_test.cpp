@@ -1,0 +1,119 @@
+// Finding, opening and shortening digests.
+#include <chrono>
+#include <string>
+
+#include "digest/digest_paths.h"
+#include "support/engine_test.h"
+
+namespace tavimo::tests {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DigestFiles : public EngineTest {};
+
+TEST_F(DigestFiles, LieInTempAndBesideTheRecording) {
+  struct Case {
+    const char *recording, *working, *beside;
+  };
+  const Case cases[] = {
+      {"D:\\lessons\\unit1.wav", "temp\\unit1.tmp", "D:\\lessons\\unit1.tmp"},
+      {"unit1.wav", "temp\\unit1.tmp", "unit1.tmp"},
+      {"D:\\set.2\\lesson", "temp\\lesson.tmp", "D:\\set.tmp"},
+      {"a.b.wav", "temp\\a.b.tmp", "a.b.tmp"},
+      {"D:\\x\\", "temp\\.tmp", "D:\\x\\.tmp"},
+      {"D:\\\xD5\x5C.wav", "temp\\.tmp", "D:\\\xD5\x5C.tmp"},  // by bytes: 0x5C is a separator here
+  };
+  for (const Case& c : cases) {
+    digest::DigestPaths paths;
+    ASSERT_TRUE(digest::DeriveDigestPaths(c.recording, paths)) << c.recording;
+    EXPECT_STREQ(paths.working.CString(), c.working);
+    EXPECT_STREQ(paths.beside.CString(), c.beside);
+  }
+  digest::DigestPaths paths;
+  EXPECT_FALSE(digest::DeriveDigestPaths("", paths));
+  EXPECT_FALSE(digest::DeriveDigestPaths(std::string(100, 'n'), paths));
+  EXPECT_TRUE(digest::DeriveDigestPaths(std::string(99, 'n'), paths));
+  EXPECT_FALSE(digest::DeriveDigestPaths("D:\\" + std::string(193, 'd') + "\\" + "abc", paths)) << "200 bytes";
+  EXPECT_FALSE(digest::DeriveDigestPaths("D:\\" + std::string(192, 'd') + "\\" + "abc", paths)) << "no room for .tmp";
+}
+
+TEST_F(DigestFiles, AreCurrentOnlyWithTheTimeOfTheirRecording) {
+  fs::create_directory("lessons");
+  WriteText("lessons/unit1.wav", "recording");
+  EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 0);
+  WriteText("temp/unit1.tmp", "working");
+  fs::last_write_time("temp/unit1.tmp", fs::last_write_time("lessons/unit1.wav"));
+  EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 1);
+  fs::last_write_time("temp/unit1.tmp", fs::last_write_time("lessons/unit1.wav") + std::chrono::nanoseconds(100));
+  EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 0) << "another time is another recording";
+  EXPECT_EQ(vcIfDigestFileExist("lessons\\gone.wav"), 0);
+  EXPECT_EQ(vcIfDigestFileExist(nullptr), 0);
+  EXPECT_EQ(vcIfDigestFileExist(""), 0);
+
+  WriteText("lessons/unit1.tmp", "prebuilt");
+  EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 1);
+  EXPECT_EQ(ReadBytes("temp/unit1.tmp"), ReadBytes("lessons/unit1.tmp")) << "copied whatever its time";
+}
+
+TEST_F(DigestFiles, AreOpenedOneAtATime) {
+  WriteText("temp/a.tmp", "12345");
+  WriteText("temp/b.tmp", "");
+  EXPECT_EQ(vcOpenDigestFile("temp\\a.tmp"), 5);
+  EXPECT_EQ(vcOpenDigestFile("temp\\b.tmp"), 0);
+  EXPECT_EQ(vcOpenDigestFile("temp\\none.tmp"), -1);
+  EXPECT_FALSE(digest::State().currentDigest.IsOpen()) << "a failed opening closes the earlier one too";
+  EXPECT_EQ(vcOpenDigestFile("temp"), -1);
+  EXPECT_EQ(vcOpenDigestFile(nullptr), -1);
+  vcCloseDigestFile();
+  vcCloseDigestFile();
+}
+
+Bytes Numbered(std::size_t count) {
+  Bytes levels(count);
+  for (std::size_t i = 0; i < count; ++i) levels[i] = static_cast<std::uint8_t>(i + 1);
+  return levels;
+}
+
+TEST_F(DigestFiles, AreShortenedByDroppingLevelsEvenly) {
+  struct Case {
+    std::int32_t durationMs;
+    std::size_t left;
+  };
+  for (const Case c : {Case{4000, 100},
+                       {5000, 100},
+                       {3961, 100},
+                       {3960, 99},
+                       {3000, 75},
+                       {2000, 50},
+                       {1960, 0},
+                       {0, 0},
+                       {-2147483647, 0}}) {
+    WriteBytes("temp/a.tmp", Numbered(100));
+    const auto time = fs::last_write_time("temp/a.tmp") - std::chrono::hours(5);
+    fs::last_write_time("temp/a.tmp", time);
+    vcAdjustDigestFile("temp\\a.tmp", c.durationMs);
+    EXPECT_EQ(ReadBytes("temp/a.tmp").size(), c.left) << c.durationMs;
+    EXPECT_EQ(fs::last_write_time("temp/a.tmp"), time) << "it stays current";
+  }
+  WriteBytes("temp/a.tmp", Numbered(12));
+  vcAdjustDigestFile("temp\\a.tmp", 360);  // three too many: every fourth goes
+  EXPECT_EQ(ReadBytes("temp/a.tmp"), (Bytes{1, 2, 3, 5, 6, 7, 9, 10, 11}));
+  EXPECT_TRUE(NamesIn("tmpwav").empty());
+}
+
+TEST_F(DigestFiles, StayAsTheyAreWhenTheyCannotBeShortened) {
+  WriteBytes("temp/a.tmp", Numbered(100));
+  fs::remove("tmpwav");
+  vcAdjustDigestFile("temp\\a.tmp", 2000);
+  EXPECT_EQ(ReadBytes("temp/a.tmp"), Numbered(100));
+  fs::create_directory("tmpwav");
+  fs::permissions("temp/a.tmp", fs::perms::owner_read);
+  vcAdjustDigestFile("temp\\a.tmp", 2000);
+  EXPECT_EQ(ReadBytes("temp/a.tmp"), Numbered(100)) << "read-only";
+  vcAdjustDigestFile("temp\\none.tmp", 2000);
+  vcAdjustDigestFile(nullptr, 2000);
+}
+
+}  // namespace
+}  // namespace tavimo::tests

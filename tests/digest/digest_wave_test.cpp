@@ -1,0 +1,187 @@
+// Digests drawn as waveforms, checked pixel by pixel in a real picture.
+#include <string>
+#include <vector>
+
+#include "support/engine_test.h"
+
+namespace tavimo::tests {
+namespace {
+
+constexpr std::uint32_t kWhite = 0xFFFFFF;
+constexpr std::uint32_t kBlack = 0x000000;
+constexpr std::uint32_t kRed = 0x0000FF;
+
+struct Picture {
+  Picture(int pictureWidth, int pictureHeight)
+      : dc(tvCreateDc(pictureWidth, pictureHeight)), width(pictureWidth), height(pictureHeight) {}
+  Picture(const Picture&) = delete;
+  Picture& operator=(const Picture&) = delete;
+  ~Picture() { tvDestroyDc(dc); }
+
+  // One text line a row: '.' white, '#' black, 'r' red, '?' anything else.
+  [[nodiscard]] std::vector<std::string> Rows() const {
+    std::vector<std::string> rows;
+    for (int y = 0; y < height; ++y) {
+      std::string row;
+      for (int x = 0; x < width; ++x) row += Mark(tvPixel(dc, x, y));
+      rows.push_back(row);
+    }
+    return rows;
+  }
+
+  // Rows from the first to the last black pixel of a column; {-1, -1} when there is none.
+  [[nodiscard]] std::pair<int, int> BlackRows(int x) const {
+    std::pair<int, int> rows{-1, -1};
+    for (int y = 0; y < height; ++y) {
+      if (tvPixel(dc, x, y) != kBlack) continue;
+      if (rows.first < 0) rows.first = y;
+      rows.second = y;
+    }
+    return rows;
+  }
+
+  static char Mark(std::uint32_t colour) {
+    return colour == kWhite ? '.' : colour == kBlack ? '#' : colour == kRed ? 'r' : '?';
+  }
+
+  VcDc dc;
+  int width, height;
+};
+
+using Rows = std::pair<int, int>;
+
+class DigestWave : public EngineTest {
+ protected:
+  static void Open(const Bytes& levels) {
+    WriteBytes("temp/a.tmp", levels);
+    ASSERT_EQ(vcOpenDigestFile("temp\\a.tmp"), static_cast<std::int32_t>(levels.size()));
+  }
+};
+
+TEST_F(DigestWave, HalfStandsOnItsBaseLine) {
+  Open({128, 64, 1, 0});
+  const Picture picture(6, 100);
+  vcDrawHalfDigestWave(picture.dc, 100, 4, 0, 1);
+  EXPECT_EQ(picture.BlackRows(0), Rows(0, 99));
+  EXPECT_EQ(picture.BlackRows(1), Rows(50, 99));
+  EXPECT_EQ(picture.BlackRows(2), Rows(99, 99)) << "0.78 of a pixel";
+  EXPECT_EQ(picture.BlackRows(3), Rows(99, 99));
+  EXPECT_EQ(picture.BlackRows(4), Rows(-1, -1)) << "outside the area";
+}
+
+TEST_F(DigestWave, HalfShowsTheEndOfTheRecordingInRed) {
+  Open({64, 64, 128});
+  const Picture picture(4, 4);
+  tvSelectPen(picture.dc, kBlack);
+  vcDrawHalfDigestWave(picture.dc, 4, 4, 0, 2);
+  EXPECT_EQ(picture.Rows(), (std::vector<std::string>{
+                                ".r..",
+                                ".r..",
+                                "#r..",
+                                "####",
+                            }));
+  vcDrawHalfDigestWave(picture.dc, 4, 4, 0, 2);
+  EXPECT_EQ(tvPixel(picture.dc, 0, 2), kBlack) << "the host's pen is selected again";
+  const Picture late(3, 3);
+  vcDrawHalfDigestWave(late.dc, 3, 3, -1, 1);
+  EXPECT_EQ(late.Rows(), (std::vector<std::string>{"r..", "r..", "###"})) << "a negative time is past the end";
+}
+
+TEST_F(DigestWave, HalfStartsAtTheLevelOfItsTime) {
+  Bytes levels(60, 0);
+  levels[25] = 128;
+  Open(levels);
+  for (const bool formatIsSet : {false, true}) {
+    if (formatIsSet) core::State().tapeFormat.samplesPerLevel = 441;
+    const Picture picture(2, 8);
+    vcDrawHalfDigestWave(picture.dc, 8, 2, 1000, 1);
+    EXPECT_EQ(picture.BlackRows(0), Rows(0, 7));
+    EXPECT_EQ(picture.BlackRows(1), Rows(7, 7));
+  }
+}
+
+TEST_F(DigestWave, FullIsCentredOnItsMiddleLine) {
+  Open({128, 128, 64, 64});
+  const Picture picture(5, 101);
+  vcDrawSrcDigestWave(picture.dc, 101, 4, 0, 2, 0);
+  EXPECT_EQ(picture.BlackRows(0), Rows(0, 100));
+  EXPECT_EQ(picture.BlackRows(1), Rows(13, 87));
+  EXPECT_EQ(picture.BlackRows(2), Rows(25, 75));
+  EXPECT_EQ(picture.BlackRows(3), Rows(25, 75)) << "the entry behind the last counts as equal to it";
+  EXPECT_EQ(picture.BlackRows(4), Rows(-1, -1));
+}
+
+TEST_F(DigestWave, FullStandsOnTheBottomWithoutALine) {
+  Open({128, 0, 64, 64});
+  const Picture picture(6, 100);
+  vcDrawSrcDigestWave(picture.dc, 100, 6, 0, 1, 1);
+  EXPECT_EQ(picture.BlackRows(0), Rows(0, 99));
+  EXPECT_EQ(picture.BlackRows(1), Rows(50, 99));
+  EXPECT_EQ(picture.BlackRows(2), Rows(-1, -1));
+  EXPECT_EQ(picture.BlackRows(3), Rows(75, 99));
+  EXPECT_EQ(picture.BlackRows(4), Rows(50, 99));
+}
+
+TEST_F(DigestWave, FullEndsEarlyWithTheRecording) {
+  Open({64, 64, 64});
+  const Picture centred(8, 9);
+  vcDrawSrcDigestWave(centred.dc, 9, 8, 0, 1, 0);
+  EXPECT_EQ(centred.BlackRows(5), Rows(2, 6));
+  EXPECT_EQ(centred.BlackRows(6), Rows(4, 4)) << "only the middle line goes on";
+  const Picture bars(8, 8);
+  vcDrawSrcDigestWave(bars.dc, 8, 8, 0, 1, 1);
+  EXPECT_EQ(bars.BlackRows(5), Rows(3, 7)) << "one pixel taller before an early end";
+  EXPECT_EQ(bars.BlackRows(6), Rows(-1, -1));
+}
+
+TEST_F(DigestWave, FullStartsAtTheLevelThatCoversItsTime) {
+  Open({0, 128, 128, 128});
+  for (const std::int32_t startMs : {39, 40, -1}) {
+    const Picture picture(2, 9);
+    vcDrawSrcDigestWave(picture.dc, 9, 2, startMs, 1, 0);
+    EXPECT_EQ(picture.BlackRows(0), startMs == 40 ? Rows(0, 8) : Rows(4, 4)) << startMs;
+  }
+}
+
+TEST_F(DigestWave, ShowsNothingOfAnEarlierDrawing) {
+  Open(Bytes(3000, 128));
+  const Picture wide(2100, 9);
+  vcDrawSrcDigestWave(wide.dc, 9, 2100, 0, 1, 0);
+  EXPECT_EQ(wide.BlackRows(2047), Rows(0, 8));
+  EXPECT_EQ(wide.BlackRows(2048), Rows(-1, -1)) << "the first 2048 columns are drawn";
+  Open({32, 32});
+  for (const std::int32_t width : {4, 5}) {
+    const Picture picture(6, 9);
+    vcDrawSrcDigestWave(picture.dc, 9, width, 0, 1, 0);
+    EXPECT_EQ(picture.BlackRows(width - 1), Rows(3, 5)) << width;
+  }
+}
+
+TEST_F(DigestWave, DrawsNothingFromNonsense) {
+  const Picture picture(4, 4);
+  const std::vector<std::string> blank(4, "....");
+  vcDrawHalfDigestWave(picture.dc, 4, 4, 0, 1);
+  vcDrawSrcDigestWave(picture.dc, 4, 4, 0, 1, 0);
+  EXPECT_EQ(picture.Rows(), blank) << "no digest is open";
+  Open(Bytes(100, 128));
+  for (const std::int32_t bad : {0, -1, -2147483647 - 1}) {
+    vcDrawHalfDigestWave(picture.dc, bad, 4, 0, 1);
+    vcDrawHalfDigestWave(picture.dc, 4, bad, 0, 1);
+    vcDrawHalfDigestWave(picture.dc, 4, 4, 0, bad);
+    vcDrawSrcDigestWave(picture.dc, bad, 4, 0, 1, 0);
+    vcDrawSrcDigestWave(picture.dc, 4, bad, 0, 1, 1);
+    vcDrawSrcDigestWave(picture.dc, 4, 4, 0, bad, 0);
+  }
+  EXPECT_EQ(picture.Rows(), blank);
+  vcDrawHalfDigestWave(nullptr, 4, 4, 0, 1);
+  constexpr std::int32_t kHuge = 2147483647;
+  vcDrawHalfDigestWave(picture.dc, kHuge, kHuge, 0, 1);
+  vcDrawSrcDigestWave(picture.dc, kHuge, kHuge, kHuge, kHuge, 0);
+  vcDrawSrcDigestWave(picture.dc, kHuge, 40, 0, 1, 1);
+  Open(Bytes(100, 255));  // no level of a digest, but a file may hold anything
+  vcDrawHalfDigestWave(picture.dc, kHuge, 40, 0, 1);
+  vcDrawSrcDigestWave(picture.dc, kHuge, 40, 0, 1, 0);
+}
+
+}  // namespace
+}  // namespace tavimo::tests

@@ -1,0 +1,43 @@
+// The ground of every test of exports: the engine as at load, in a scratch folder.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "core/core_state.h"
+#include "digest/digest_state.h"
+#include "recording/recording_state.h"
+#include "sentences/sentences_state.h"
+#include "support/scratch_folder.h"
+#include "support/wave_bytes.h"
+#include "tavimo.h"
+#include "tavimo_host.h"
+
+namespace tavimo::tests {
+
+class EngineTest : public ::testing::Test {
+ protected:
+  EngineTest() { Reset(); }
+  ~EngineTest() override { Reset(); }
+
+  static void Reset() {
+    core::ResetState();
+    recording::ResetState();
+    digest::ResetState();
+    sentences::ResetState();
+  }
+
+  ScratchFolder scratch;
+};
+
+// Windows and device contexts that end with their test.
+struct Window {
+  explicit Window(int kind = TV_WINDOW, const char* title = nullptr, TvWindowProc proc = nullptr)
+      : handle(tvCreateWindow(kind, title, proc)) {}
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+  ~Window() { tvDestroyWindow(handle); }
+  operator VcWindow() const { return handle; }
+  VcWindow handle;
+};
+
+}  // namespace tavimo::tests

@@ -1,0 +1,198 @@
+// Reading and writing wave data block by block, and the copy of a segment.
+#include "waveedit/wave_data_file.h"
+
+#include <numeric>
+#include <string>
+
+#include "support/engine_test.h"
+#include "waveedit/wave_segment.h"
+
+namespace tavimo::tests {
+namespace {
+
+using namespace waveedit;
+
+class WaveData : public EngineTest {
+ protected:
+  static WaveDataFile Named(const char* path) {
+    WaveDataFile file;
+    EXPECT_TRUE(file.path.Assign(core::TextOf(path)));
+    return file;
+  }
+};
+
+Bytes Counting(std::size_t count) {
+  Bytes bytes(count);
+  for (std::size_t i = 0; i < count; ++i) bytes[i] = static_cast<std::uint8_t>(i * 7 + i / 256);
+  return bytes;
+}
+
+TEST_F(WaveData, OpensWhatHasAFormatOfOneOrTwoChannelsAndData) {
+  const Bytes format = FormatRecord({});
+  Bytes longFormat = format;
+  longFormat.insert(longFormat.end(), {0, 0});
+  struct Case {
+    const char* what;
+    Bytes bytes;
+    std::int32_t result, dataOffset;
+  };
+  const Case cases[] = {
+      {"plain", WaveFile({}, Bytes(10)), 1, 44},
+      {"format of 18 bytes", RiffWave({Chunk("fmt ", longFormat), Chunk("data", Bytes(10))}), 1, 46},
+      {"odd list before data", RiffWave({Chunk("fmt ", format), Chunk("LIST", Bytes(5)), Chunk("data", Bytes(10))}), 1,
+       58},
+      {"float of two channels", WaveFile({3, 2, 44100, 32}, Bytes(16)), 1, 44},
+      {"three channels", WaveFile({1, 3, 44100, 16}, Bytes(12)), -1, 0},
+      {"no channel", WaveFile({1, 0, 44100, 16}, Bytes(12)), -1, 0},
+      {"data before format", RiffWave({Chunk("data", Bytes(10)), Chunk("fmt ", format)}), -1, 0},
+      {"no data", RiffWave({Chunk("fmt ", format)}), -1, 0},
+      {"RF64",
+       [] {
+         Bytes bytes = WaveFile({}, Bytes(10));
+         bytes[1] = 'F', bytes[2] = '6', bytes[3] = '4';
+         return bytes;
+       }(),
+       -1, 0},
+  };
+  for (const Case& c : cases) {
+    WriteBytes("a.wav", c.bytes);
+    WaveDataFile file = Named("a.wav");
+    EXPECT_EQ(WaveDataOpen(file), c.result) << c.what;
+    EXPECT_EQ(file.mmioHandle.IsOpen(), c.result == 1) << c.what;
+    EXPECT_EQ(c.result == 1 ? file.dataOffset : 0, c.dataOffset) << c.what;
+    WaveDataClose(file);
+  }
+}
+
+TEST_F(WaveData, IsNeverReadPastItsChunkOrTheFile) {
+  const Bytes sound = Counting(1001);
+  WriteBytes("a.wav", RiffWave({Chunk("fmt ", FormatRecord({1, 1, 8000, 8})), Chunk("data", sound),
+                                Chunk("LIST", Bytes(50, 9))}));
+  WaveDataFile file = Named("a.wav");
+  ASSERT_EQ(WaveDataOpen(file), 1);
+  Bytes buffer(2000);
+  EXPECT_EQ(WaveDataRead(file, buffer.data(), 0), 0);
+  EXPECT_EQ(WaveDataRead(file, buffer.data(), -5), 0);
+  EXPECT_EQ(WaveDataRead(file, buffer.data(), 2000), 1001);
+  buffer.resize(1001);
+  EXPECT_EQ(buffer, sound);
+  EXPECT_EQ(WaveDataRead(file, buffer.data(), 10), 0);
+  WaveDataSeek(file, 0, 0);
+  EXPECT_EQ(WaveDataRead(file, buffer.data(), 1), 1);
+  EXPECT_EQ(buffer[0], sound[0]);
+  WaveDataSeek(file, 10, 1);
+  EXPECT_EQ(WaveDataRead(file, buffer.data(), 1), 1);
+  EXPECT_EQ(buffer[0], sound[11]);
+  EXPECT_FALSE(file.failed);
+  WaveDataSeek(file, -5000, 0);
+  EXPECT_TRUE(file.failed);
+  WaveDataClose(file);
+
+  Bytes huge = WaveFile({1, 1, 8000, 8}, sound);
+  for (const int top : {0x7F, 0x80, 0xFF}) {  // sizes beyond the file, and negative as signed numbers
+    huge[43] = static_cast<std::uint8_t>(top);
+    WriteBytes("a.wav", huge);
+    WaveDataFile damaged = Named("a.wav");
+    ASSERT_EQ(WaveDataOpen(damaged), 1);
+    buffer.assign(3000, 0);
+    EXPECT_EQ(WaveDataRead(damaged, buffer.data(), 3000), top == 0x7F ? 1002 : 0);  // with the pad byte
+    WaveDataClose(damaged);
+  }
+}
+
+TEST_F(WaveData, IsWrittenWithItsSizesAndAPadByte) {
+  WaveDataFile file = Named("out.wav");
+  file.format = {1, 1, 11025, 99, 2, 16};
+  ASSERT_EQ(WaveDataCreate(file), 1);
+  const Bytes sound = {1, 2, 3, 4, 5};
+  WaveDataWrite(file, sound.data(), 3);
+  WaveDataWrite(file, sound.data() + 3, 2);
+  WaveDataClose(file);
+  EXPECT_FALSE(file.failed);
+  const Bytes expected = {'R', 'I', 'F', 'F', 42,  0,   0, 0,    'W',  'A', 'V', 'E', 'f', 'm', 't', ' ', 16,
+                          0,   0,   0,   1,   0,   1,   0, 0x11, 0x2B, 0,   0,   99,  0,   0,   0,   2,   0,
+                          16,  0,   'd', 'a', 't', 'a', 5, 0,    0,    0,   1,   2,   3,   4,   5,   0};
+  EXPECT_EQ(ReadBytes("out.wav"), expected);
+  WaveDataFile missing = Named("none\\out.wav");
+  EXPECT_EQ(WaveDataCreate(missing), -1);
+  WaveDataFile folder = Named("temp");
+  EXPECT_EQ(WaveDataCreate(folder), -1);
+}
+
+TEST_F(WaveData, GivesSegmentOffsetsWithTheirFixedAllowance) {
+  const core::PcmFormat sixteenMono{1, 1, 11025, 0, 2, 16};
+  EXPECT_EQ(TimeToSegmentOffset(sixteenMono, 1), 86);
+  EXPECT_EQ(TimeToSegmentOffset(sixteenMono, 3), 130);
+  EXPECT_EQ(TimeToSegmentOffset(sixteenMono, 1000), 22114);
+  EXPECT_EQ(TimeToSegmentOffset({1, 1, 11025, 0, 1, 8}, 1), 74);
+  EXPECT_EQ(TimeToSegmentOffset({1, 2, 44100, 0, 4, 16}, 1000), 176464);
+  EXPECT_EQ(TimeToSegmentOffset({}, 1000), 64);
+}
+
+TEST_F(WaveData, TellsItsFormatAndDuration) {
+  WriteBytes("a.wav", WaveFile({1, 2, 22050, 16}, Bytes(88200)));
+  WaveInfo info;
+  ASSERT_EQ(ReadWaveInfo("a.wav", info), 1);
+  EXPECT_EQ(info.channels, 2);
+  EXPECT_EQ(info.bitsPerSample, 16);
+  EXPECT_EQ(info.sampleRate, 22050);
+  EXPECT_EQ(info.dataLength, 88200);
+  EXPECT_EQ(info.durationMs, 1000);
+  WriteBytes("a.wav", WaveFile({1, 2, 0, 16}, Bytes(8)));
+  ASSERT_EQ(ReadWaveInfo("a.wav", info), 1);
+  EXPECT_EQ(info.durationMs, 0);
+  core::PcmFormat format;
+  EXPECT_EQ(ReadWaveFormat("a.wav", format), 1);
+  EXPECT_EQ(format.channels, 2);
+  EXPECT_EQ(ReadWaveFormat("none.wav", format), -1);
+  EXPECT_EQ(ReadWaveFormat(nullptr, format), -1);
+  EXPECT_EQ(ReadWaveInfo(std::string(200, 'x').c_str(), info), -1);
+}
+
+Bytes SoundOf(const char* path) {
+  const Bytes file = ReadBytes(path);
+  return {file.begin() + 44, file.end()};
+}
+
+TEST_F(WaveData, CopiesSegments) {
+  const Bytes sound = Counting(44100);
+  WriteBytes("a.wav", WaveFile({}, sound));  // 16-bit mono 11025 Hz: 2 s
+  Bytes buffer(1000);
+  struct Case {
+    std::uint32_t startMs, endMs;
+    std::size_t from, count;  // of the sound; the position 64 lies 20 bytes into it
+  };
+  const Case cases[] = {
+      {0, 999, 20, 22114},
+      {1000, 999, 20 + 22050, 64},
+      {1000, 1000, 20 + 22050, 86},
+      {1900, 5000, 20 + 41894, 44100 - 20 - 41894},
+      {2000, 3000, 0, 0},    // from the end on
+      {60000, 70000, 0, 0},  // far past it
+      {1000, 500, 0, 0},     // the end far before the start
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(CopyWaveSegment("a.wav", "b.wav", c.startMs, c.endMs, buffer.data(), 1000), 1);
+    const Bytes expected(sound.begin() + static_cast<std::ptrdiff_t>(c.from),
+                         sound.begin() + static_cast<std::ptrdiff_t>(c.from + c.count));
+    EXPECT_EQ(SoundOf("b.wav"), expected) << c.startMs << " to " << c.endMs;
+  }
+  EXPECT_EQ(CopyWaveSegment("a.wav", "b.wav", 0, 999, buffer.data(), 0), 1) << "nothing is copied";
+  EXPECT_EQ(SoundOf("b.wav"), Bytes{});
+}
+
+TEST_F(WaveData, RefusesToCopyASegmentOverItsOwnSource) {
+  const Bytes before = WaveFile({}, Counting(4000));
+  WriteBytes("a.wav", before);
+  Bytes buffer(1000);
+  for (const char* spelling : {"a.wav", ".\\a.wav", "A.WAV", "temp\\..\\a.wav"}) {
+    EXPECT_EQ(CopyWaveSegment("a.wav", spelling, 0, 10, buffer.data(), 1000), -1) << spelling;
+    EXPECT_EQ(ReadBytes("a.wav"), before) << spelling;
+  }
+  EXPECT_EQ(CopyWaveSegment("none.wav", "b.wav", 0, 10, buffer.data(), 1000), -1);
+  EXPECT_FALSE(Exists("b.wav")) << "a source that cannot be opened creates nothing";
+  EXPECT_EQ(CopyWaveSegment("a.wav", "none\\b.wav", 0, 10, buffer.data(), 1000), -1);
+}
+
+}  // namespace
+}  // namespace tavimo::tests
