@@ -10,6 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace tavimo::platform {
 
@@ -30,7 +31,11 @@ class FileStream {
  public:
   constexpr FileStream() noexcept = default;
   FileStream(FileStream&& other) noexcept { Swap(other); }
-  FileStream& operator=(FileStream&& other) noexcept;
+  FileStream& operator=(FileStream&& other) noexcept {
+    FileStream moved(std::move(other));
+    Swap(moved);
+    return *this;
+  }
   ~FileStream() { Close(); }
 
   // A stream that is not open when the file cannot be opened.
@@ -60,8 +65,12 @@ class FileStream {
 
  private:
   friend class ReplacementFile;
+  friend bool CopyFileOver(const char* source, const char* target) noexcept;
   static constexpr std::intptr_t kNoHandle = -1;
-  void Swap(FileStream& other) noexcept;
+  void Swap(FileStream& other) noexcept {
+    std::swap(handle_, other.handle_);
+    std::swap(position_, other.position_);
+  }
 
   std::intptr_t handle_ = kNoHandle;
   std::int64_t position_ = 0;
@@ -82,7 +91,9 @@ class ReplacementFile {
   [[nodiscard]] bool Begin(const char* path) noexcept;
 
   // A failed write is remembered: Commit then fails.
-  void Write(const void* bytes, std::int64_t byteCount) noexcept;
+  void Write(const void* bytes, std::int64_t byteCount) noexcept {
+    failed_ = failed_ || !stream_.Write(bytes, byteCount);
+  }
 
   // True when every Write so far reached the system; lets a long writer stop early.
   [[nodiscard]] bool IsWhole() const noexcept { return stream_.IsOpen() && !failed_; }
@@ -97,8 +108,10 @@ class ReplacementFile {
   void Discard() noexcept;
 
  private:
+  friend bool CopyFileOver(const char* source, const char* target) noexcept;
   static constexpr std::size_t kMaxNativePath = 4096;
   FileStream stream_;
+  std::intptr_t folder_ = -1;  // the back end's own
   bool failed_ = false;
   std::array<char, kMaxNativePath> finalName_{};      // in the back end's own form
   std::array<char, kMaxNativePath> temporaryName_{};  // empty while the file has no name
