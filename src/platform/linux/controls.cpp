@@ -1,0 +1,99 @@
+// Implements controls.h with the platform's message numbers and results.
+#include "platform/linux/controls.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/linux/guarded.h"
+#include "tavimo_host.h"
+
+namespace tavimo::platform {
+
+namespace {
+
+constexpr std::intptr_t kListError = -1;       // LB_ERR
+constexpr std::intptr_t kListErrorSpace = -2;  // LB_ERRSPACE
+
+// lParam carries addresses in some messages.
+template <class T>
+T* PointerIn(std::intptr_t lparam) noexcept {
+  return reinterpret_cast<T*>(lparam);
+}
+
+}  // namespace
+
+std::intptr_t ListBox::Handle(std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept {
+  switch (message) {
+    case TV_LB_ADDSTRING:
+      return Add(PointerIn<const char>(lparam));
+    case TV_LB_RESETCONTENT:
+      lines_.clear();
+      return 0;
+    case TV_LB_GETCOUNT:
+      return static_cast<std::intptr_t>(lines_.size());
+    case TV_LB_GETTEXT:
+      return CopyTo(wparam, PointerIn<char>(lparam));
+    case TV_LB_GETTEXTLEN:
+      return Length(wparam);
+    default:
+      return 0;
+  }
+}
+
+std::intptr_t ListBox::Add(const char* text) noexcept {
+  if (!text) return kListError;
+  return Guarded<std::intptr_t>(kListErrorSpace, [&] {
+    lines_.emplace_back(text);
+    return static_cast<std::intptr_t>(lines_.size() - 1);
+  });
+}
+
+std::intptr_t ListBox::Length(std::uintptr_t index) const noexcept {
+  return index < lines_.size() ? static_cast<std::intptr_t>(lines_[index].size()) : kListError;
+}
+
+std::intptr_t ListBox::CopyTo(std::uintptr_t index, char* text) const noexcept {
+  if (index >= lines_.size() || !text) return kListError;
+  std::memcpy(text, lines_[index].c_str(), lines_[index].size() + 1);
+  return Length(index);
+}
+
+std::intptr_t ProgressBar::Handle(std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept {
+  switch (message) {
+    case TV_PBM_SETRANGE:
+      return SetRange(static_cast<std::uint32_t>(lparam));
+    case TV_PBM_SETPOS:
+      return SetPosition(static_cast<std::int32_t>(wparam));
+    case TV_PBM_GETPOS:
+      return position_;
+    case TV_PBM_GETRANGE:
+      return Range(wparam != 0, PointerIn<std::int32_t>(lparam));
+    default:
+      return 0;
+  }
+}
+
+// Limits travel as low | high << 16.
+std::intptr_t ProgressBar::SetRange(std::uint32_t limits) noexcept {
+  const std::intptr_t previous = low_ | high_ << 16;
+  low_ = static_cast<std::int32_t>(limits & 0xFFFF);
+  high_ = static_cast<std::int32_t>(limits >> 16);
+  SetPosition(position_);
+  return previous;
+}
+
+std::intptr_t ProgressBar::SetPosition(std::int32_t position) noexcept {
+  const std::intptr_t previous = position_;
+  position_ = std::max(low_, std::min(position, high_));  // low_ may be the greater one
+  return previous;
+}
+
+std::intptr_t ProgressBar::Range(bool wantsLow, std::int32_t* bothLimits) const noexcept {
+  if (bothLimits) {
+    bothLimits[0] = low_;
+    bothLimits[1] = high_;
+  }
+  return wantsLow ? low_ : high_;
+}
+
+}  // namespace tavimo::platform

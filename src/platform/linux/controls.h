@@ -1,0 +1,38 @@
+// What list boxes and progress bars do with messages: the part of the platform's own behaviour that hosts and the engine
+// use. Nothing is drawn. Knows nothing of windows.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tavimo::platform {
+
+// Lines of GBK bytes, kept as they come.
+class ListBox {
+ public:
+  std::intptr_t Handle(std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept;
+
+ private:
+  std::intptr_t Add(const char* text) noexcept;
+  [[nodiscard]] std::intptr_t Length(std::uintptr_t index) const noexcept;
+  std::intptr_t CopyTo(std::uintptr_t index, char* text) const noexcept;
+
+  std::vector<std::string> lines_;
+};
+
+class ProgressBar {
+ public:
+  std::intptr_t Handle(std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept;
+
+ private:
+  std::intptr_t SetRange(std::uint32_t limits) noexcept;
+  std::intptr_t SetPosition(std::int32_t position) noexcept;
+  std::intptr_t Range(bool wantsLow, std::int32_t* bothLimits) const noexcept;
+
+  std::int32_t low_ = 0;
+  std::int32_t high_ = 100;
+  std::int32_t position_ = 0;
+};
+
+}  // namespace tavimo::platform

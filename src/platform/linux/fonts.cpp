@@ -1,0 +1,132 @@
+// Implements fonts.h: Fontconfig finds the file, Cairo scales it, FreeType maps characters to glyphs.
+#include "platform/linux/fonts.h"
+
+#include <cairo/cairo-ft.h>
+#include <fontconfig/fontconfig.h>
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string_view>
+
+#include "platform/text.h"
+
+namespace tavimo::platform {
+
+namespace {
+
+template <auto kDestroy>
+struct DestroyWith {
+  template <class T>
+  void operator()(T* object) const noexcept {
+    kDestroy(object);
+  }
+};
+using Pattern = std::unique_ptr<FcPattern, DestroyWith<FcPatternDestroy>>;
+using CharacterSet = std::unique_ptr<FcCharSet, DestroyWith<FcCharSetDestroy>>;
+using FontFace = std::unique_ptr<cairo_font_face_t, DestroyWith<cairo_font_face_destroy>>;
+using FontOptions = std::unique_ptr<cairo_font_options_t, DestroyWith<cairo_font_options_destroy>>;
+
+// A font that has this one has the Chinese characters.
+constexpr FcChar32 kChineseProbe = 0x9AD8;  // 高
+
+const FcChar8* FontconfigText(const char* text) noexcept { return reinterpret_cast<const FcChar8*>(text); }
+
+// The best font for a family, which may be of another family; fonts with Chinese characters come first.
+Pattern FindBest(const char* family, int pixelHeight) {
+  const Pattern wanted(FcPatternCreate());
+  const CharacterSet characters(FcCharSetCreate());
+  if (!wanted || !characters) return nullptr;
+  FcCharSetAddChar(characters.get(), kChineseProbe);
+  FcPatternAddString(wanted.get(), FC_FAMILY, FontconfigText(family));
+  FcPatternAddDouble(wanted.get(), FC_PIXEL_SIZE, pixelHeight);
+  FcPatternAddCharSet(wanted.get(), FC_CHARSET, characters.get());
+  FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+  FcDefaultSubstitute(wanted.get());
+  FcResult result = FcResultNoMatch;
+  return Pattern(FcFontMatch(nullptr, wanted.get(), &result));
+}
+
+bool IsGenericFamily(const char* family) {
+  constexpr std::array<const char*, 3> kGenericFamilies{"sans-serif", "serif", "monospace"};
+  return std::any_of(kGenericFamilies.begin(), kGenericFamilies.end(), [&](const char* generic) {
+    return FcStrCmpIgnoreCase(FontconfigText(generic), FontconfigText(family)) == 0;
+  });
+}
+
+// A font may have its name in several languages.
+bool IsOfFamily(const FcPattern* font, const char* family) {
+  FcChar8* name = nullptr;
+  for (int i = 0; FcPatternGetString(font, FC_FAMILY, i, &name) == FcResultMatch; ++i) {
+    if (FcStrCmpIgnoreCase(name, FontconfigText(family)) == 0) return true;
+  }
+  return false;
+}
+
+bool HasChinese(const FcPattern* font) {
+  FcCharSet* characters = nullptr;
+  return FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) == FcResultMatch &&
+         FcCharSetHasChar(characters, kChineseProbe);
+}
+
+// No antialiasing, so that a word drawn again in red covers the black one to the last pixel; advances in whole pixels,
+// because the engine adds them up as such.
+FontOptions PlainOptions() {
+  FontOptions options(cairo_font_options_create());
+  cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_NONE);
+  cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_FULL);
+  cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_ON);
+  return options;
+}
+
+}  // namespace
+
+std::vector<Cell> SplitIntoCells(std::string_view gbk) {
+  std::vector<Cell> cells;
+  cells.reserve(gbk.size());
+  for (std::size_t i = 0; i < gbk.size();) {
+    const bool hasTrail = IsLeadByte(gbk[i]) && i + 1 < gbk.size();
+    const auto trail = hasTrail ? static_cast<unsigned char>(gbk[i + 1]) : static_cast<unsigned char>(0);
+    cells.push_back({UnicodeFromGbk(static_cast<unsigned char>(gbk[i]), trail), hasTrail ? 2 : 1});
+    i += hasTrail ? 2 : 1;
+  }
+  return cells;
+}
+
+std::unique_ptr<Font> Font::Load(const char* family, int pixelHeight) {
+  const Pattern found = FindBest(family, pixelHeight);
+  if (!found || !HasChinese(found.get())) return nullptr;
+  if (!IsGenericFamily(family) && !IsOfFamily(found.get(), family)) return nullptr;
+  const FontFace face(cairo_ft_font_face_create_for_pattern(found.get()));
+  cairo_matrix_t size;
+  cairo_matrix_t identity;
+  cairo_matrix_init_scale(&size, pixelHeight, pixelHeight);
+  cairo_matrix_init_identity(&identity);
+  Handle font(cairo_scaled_font_create(face.get(), &size, &identity, PlainOptions().get()));
+  if (cairo_scaled_font_status(font.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  return std::unique_ptr<Font>(new Font(std::move(font)));
+}
+
+Font::Font(Handle font) noexcept : font_(std::move(font)) {
+  cairo_font_extents_t extents;
+  cairo_scaled_font_extents(font_.get(), &extents);
+  textHeight_ = static_cast<int>(std::lround(extents.ascent) + std::lround(extents.descent));
+}
+
+// Two rounds: while the face is locked, Cairo cannot measure with it.
+void Font::Measure(std::span<Cell> cells) const noexcept {
+  if (FT_Face face = cairo_ft_scaled_font_lock_face(font_.get())) {
+    for (Cell& cell : cells) cell.glyph = cell.character ? FT_Get_Char_Index(face, cell.character) : 0;
+    cairo_ft_scaled_font_unlock_face(font_.get());
+  }
+  for (Cell& cell : cells) {
+    const cairo_glyph_t glyph{cell.glyph, 0, 0};
+    cairo_text_extents_t extents;
+    cairo_scaled_font_glyph_extents(font_.get(), &glyph, 1, &extents);
+    cell.advance = static_cast<std::int32_t>(std::lround(extents.x_advance));
+  }
+}
+
+}  // namespace tavimo::platform
