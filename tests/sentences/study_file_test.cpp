@@ -48,8 +48,9 @@ TEST_F(StudyFiles, LieBesideTheRecordingAndInTheFolderZud) {
     EXPECT_STREQ(paths.studyFolder.CString(), c.inFolder) << c.recording;
   }
   sentences::StudyPaths paths;
-  EXPECT_TRUE(sentences::DeriveStudyPaths("D:\\" + std::string(216, 'x') + ".wav", paths));
-  EXPECT_FALSE(sentences::DeriveStudyPaths("D:\\" + std::string(217, 'x') + ".wav", paths)) << "224 bytes";
+  EXPECT_TRUE(sentences::DeriveStudyPaths("D:\\c\\" + std::string(214, 'x') + ".wav", paths)) << "223 bytes";
+  EXPECT_FALSE(sentences::DeriveStudyPaths("D:\\c\\" + std::string(215, 'x') + ".wav", paths)) << "224 bytes";
+  EXPECT_FALSE(sentences::DeriveStudyPaths("D:\\" + std::string(216, 'x') + ".wav", paths)) << "no room behind zud";
   EXPECT_FALSE(sentences::DeriveStudyPaths("D:\\" + std::string(217, 'x'), paths)) << "no room for .zud";
   EXPECT_FALSE(sentences::DeriveStudyPaths("", paths));
 }
