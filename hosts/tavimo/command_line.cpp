@@ -1,0 +1,231 @@
+// The only file that includes CLI11, which takes longer to compile than the rest of the program.
+#include "command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "nearest_name.h"
+#include "system.h"
+#include "text.h"
+
+namespace tavimo::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kAbout =
+    "tavimo takes a language lesson apart: it finds the sentences of a recording, keeps them for study, and draws "
+    "them.\n"
+    "Recordings are PCM wave files of 8 or 16 bits, mono or stereo.";
+
+constexpr const char* kFooter =
+    "\nEverything about a recording is kept in a folder of its own, HOME/lessons/NAME-HASH (the hash is that of the\n"
+    "recording's full path, so recordings of the same name in different folders keep apart, and one that is moved\n"
+    "starts anew): its digest in temp, its study file in zud. A recording whose name the engine cannot take is "
+    "reached\n"
+    "by a link in alias. HOME is the person's data folder unless --home names another.\n"
+    "\nExit codes: 0 done, 1 refused (the reason is on standard error), 2 wrong usage.";
+
+// What CLI11 fills before it is made into Options.
+struct Words {
+  std::string home;
+  std::string file;
+  std::vector<std::string> files;
+  std::string output;
+  std::string style = "half";
+  std::string from;
+  std::string to;
+  bool exact = false;
+  bool peak = false;
+  bool json = false;
+};
+
+fs::path Absolute(const std::string& path) {
+  const fs::path full = fs::absolute(PathFromUtf8(path)).lexically_normal();
+  return full.has_filename() ? full : full.parent_path();  // a slash at the end says nothing
+}
+
+// A check that does not describe itself in the help, where the option's own text does.
+CLI::Validator Quietly(CLI::Validator check) { return check.description(""); }
+
+CLI::Validator TimeCheck() {
+  return {[](const std::string& text) {
+            return ParseTime(text) ? std::string() : "'" + text + "' is no time; write 12.5 or 1:02.5";
+          },
+          ""};
+}
+
+WaveStyle StyleOf(const std::string& word) {
+  if (word == "full") return WaveStyle::Full;
+  return word == "bars" ? WaveStyle::Bars : WaveStyle::Half;
+}
+
+class Grammar {
+ public:
+  Grammar() : app_(kAbout, "tavimo") {
+    app_.require_subcommand(0, 1);  // a missing one is told apart from a misspelled one below
+    app_.fallthrough();
+    app_.set_version_flag("--version", "tavimo " TAVIMO_VERSION);
+    app_.add_option("--home", words_.home, "The folder for everything that is kept")->type_name("DIR");
+    AddInfo();
+    AddDigest();
+    AddCut();
+    AddWave();
+    AddLesson();
+    app_.footer(kFooter);  // last, or every command's help would repeat it
+  }
+
+  ParsedCommandLine Parse(int argc, char** argv) {
+    try {
+      app_.parse(argc, argv);
+    } catch (const CLI::Success& helpOrVersion) {
+      app_.exit(helpOrVersion);
+      return {};
+    } catch (const CLI::ParseError& error) {
+      // A word that nothing knows explains whatever else seems to be missing.
+      return Complain(app_.remaining_size(true) == 0 ? error.what() : UnknownWord());
+    }
+    if (app_.get_subcommands().empty()) return Complain("say what to do: " + Commands());
+    return Finish();
+  }
+
+ private:
+  CLI::App& AddCommand(const char* name, const char* about, int (*run)(const Options&)) {
+    CLI::App& command = *app_.add_subcommand(name, about);
+    command.callback([this, run] { options_.command = run; });
+    return command;
+  }
+
+  void AddFiles(CLI::App& command) {
+    command.add_option("FILE", words_.files, "The recordings")->required()->type_name("");
+  }
+
+  void AddFile(CLI::App& command) {
+    command.add_option("FILE", words_.file, "The recording")->required()->type_name("");
+  }
+
+  void AddDigestKind(CLI::App& command) {
+    auto* exact = command.add_flag("--exact", words_.exact, "Use the engine's digest: the last sample of every 40 ms");
+    command
+        .add_flag("--peak", words_.peak, "Use the loudest sample of every 40 ms (default): finer for finding silence")
+        ->excludes(exact);
+  }
+
+  void AddInfo() {
+    AddFiles(AddCommand("info", "Tell what a recording is and whether the engine can work with it", RunInfo));
+  }
+
+  void AddDigest() {
+    CLI::App& command = AddCommand("digest", "Make the digest: one level for every 40 ms", RunDigest);
+    AddFile(command);
+    AddDigestKind(command);
+  }
+
+  void AddCut() {
+    CLI::App& command = AddCommand("cut", "Cut a recording into sentences and store them in its study file", RunCut);
+    AddFile(command);
+    AddDigestKind(command);
+    command
+        .add_option("--threshold", options_.threshold,
+                    "The loudest level that is still silence, 0 to 128; found by itself")
+        ->check(Quietly(CLI::Range(0, 128)))
+        ->type_name("LEVEL");
+    command
+        .add_option("--silence", options_.silenceMs, "The silence that ends a sentence, 40 to 40999; found by itself")
+        ->check(Quietly(CLI::Range(40, 40999)))
+        ->type_name("MS");
+    command.add_flag("--json", words_.json, "Print the sentences for a program");
+  }
+
+  void AddWave() {
+    CLI::App& command = AddCommand("wave", "Draw a recording, its stored sentences marked", RunWave);
+    AddFile(command);
+    AddDigestKind(command);
+    command.add_option("-o,--output", words_.output, "The picture to write")->required()->type_name("PNG");
+    command.add_option("--style", words_.style, "half (default), full or bars")
+        ->check(Quietly(CLI::IsMember({"half", "full", "bars"})))
+        ->type_name("STYLE");
+    command.add_option("--from", words_.from, "Where to begin: 12.5 or 1:02.5")->check(TimeCheck())->type_name("TIME");
+    command.add_option("--to", words_.to, "Where to end")->check(TimeCheck())->type_name("TIME");
+    command.add_option("--width", options_.width, "At most, 64 to 2048; 1200 by itself")
+        ->check(Quietly(CLI::Range(kLeastPictureWidth, kMostPictureWidth)))
+        ->type_name("PIXELS");
+    command.add_option("--height", options_.height, "80 to 2000; 240 by itself")
+        ->check(Quietly(CLI::Range(kLeastPictureHeight, kMostPictureHeight)))
+        ->type_name("PIXELS");
+  }
+
+  void AddLesson() {
+    CLI::App& command = AddCommand("lesson", "Do it all: digest, sentences, study file, picture", RunLesson);
+    command.footer("\nSentences that the study file already holds stay; `tavimo cut` makes them anew.");
+    AddFiles(command);
+    AddDigestKind(command);
+    command.add_option("-o,--output", words_.output, "The folder for the pictures (default: this one)")
+        ->type_name("FOLDER");
+  }
+
+  ParsedCommandLine Finish() {
+    options_.home = words_.home.empty() ? UserDataFolder() : Absolute(words_.home);
+    if (options_.home.empty()) return Complain("no data folder is known; name one with --home");
+    if (!words_.file.empty()) words_.files = {words_.file};
+    for (const std::string& file : words_.files) options_.files.push_back(Absolute(file));
+    options_.output = words_.output.empty() ? fs::current_path() : Absolute(words_.output);
+    options_.digestKind = words_.exact ? DigestKind::Exact : DigestKind::Peak;
+    options_.tableForm = words_.json ? TableForm::Json : TableForm::ForPeople;
+    options_.style = StyleOf(words_.style);
+    if (!words_.from.empty()) options_.fromMs = ParseTime(words_.from).value();
+    if (!words_.to.empty()) options_.toMs = ParseTime(words_.to).value();
+    if (options_.toMs && *options_.toMs <= options_.fromMs) return Complain("--to must lie behind --from");
+    return {options_, kDone};
+  }
+
+  ParsedCommandLine Complain(const std::string& what) {
+    const auto chosen = app_.get_subcommands();
+    const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
+    std::cerr << "tavimo: " << ReadableText(what) << "\nSee tavimo " << command << "--help\n";
+    return {{}, kUsage};
+  }
+
+  std::vector<std::string> CommandNames() const {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app_.get_subcommands({})) names.push_back(command->get_name());
+    return names;
+  }
+
+  std::string Commands() const {
+    std::string list;
+    for (const std::string& name : CommandNames()) list += (list.empty() ? "" : ", ") + name;
+    return list;
+  }
+
+  static void AppendOptionNames(const CLI::App& app, std::vector<std::string>& names) {
+    for (const CLI::Option* option : app.get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+      for (const std::string& name : option->get_snames()) names.push_back("-" + name);
+    }
+  }
+
+  std::string UnknownWord() const {
+    const std::string word = app_.remaining(true).front();
+    const auto chosen = app_.get_subcommands();
+    if (word.starts_with("-")) {
+      std::vector<std::string> names;
+      AppendOptionNames(chosen.empty() ? app_ : *chosen.front(), names);
+      if (!chosen.empty()) AppendOptionNames(app_, names);
+      return "unknown option '" + word + "'; did you mean " + NearestName(word.substr(0, word.find('=')), names) + "?";
+    }
+    if (!chosen.empty()) return "'" + word + "' is one file too many for " + chosen.front()->get_name();
+    return "unknown command '" + word + "'; did you mean " + NearestName(word, CommandNames()) + "?";
+  }
+
+  CLI::App app_;
+  Words words_;
+  Options options_;
+};
+
+}  // namespace
+
+ParsedCommandLine ParseCommandLine(int argc, char** argv) { return Grammar().Parse(argc, argv); }
+
+}  // namespace tavimo::host

@@ -1,0 +1,71 @@
+#include "lesson_session.h"
+
+#include <algorithm>
+
+#include "refusal.h"
+#include "tavimo.h"
+#include "text.h"
+
+namespace tavimo::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kLongestEnginePath = 199;  // of a digest; a study file would allow 223
+constexpr std::size_t kLongestEngineFileName = 99;
+
+fs::path WithTmpExtension(const fs::path& recording) {
+  const std::string name = Utf8(recording.filename());
+  return PathFromUtf8(name.substr(0, name.rfind('.')) + ".tmp");
+}
+
+}  // namespace
+
+std::optional<std::string> UsableEngineName(const fs::path& recording) {
+  const std::optional<std::string> path = EnginePath(recording);
+  const std::optional<std::string> name = EnginePath(recording.filename());
+  if (!path || !name || path->size() > kLongestEnginePath || name->size() > kLongestEngineFileName) return {};
+  // The engine takes what stands behind the last 0x5C byte for the file name; in some characters that is the second
+  // byte, and the side files of several recordings would then bear one name.
+  if (name->find('\\') != std::string::npos) return {};
+  return path;
+}
+
+LessonSession::LessonSession(const fs::path& home, const fs::path& recording)
+    : recording_(IdentityOf(recording)), header_(ReadWaveHeader(recording)) {
+  if (!header_.problem.empty()) throw Refusal(header_.problem);
+  folder_.emplace(home, recording_);
+  if (const auto usable = UsableEngineName(recording_)) {
+    engineName_ = *usable;
+    digestPath_ = "temp" / WithTmpExtension(recording_);
+  } else {
+    const fs::path alias = folder_->MakeAlias(recording_);
+    engineName_ = EnginePath(alias).value();
+    digestPath_ = "temp" / WithTmpExtension(alias);
+  }
+  digestEngineName_ = EnginePath(digestPath_).value();
+  if (vcIsWaveFile(engineName_.c_str()) == 0) throw Refusal("the engine does not take it for a PCM wave file");
+}
+
+std::vector<std::uint32_t> LessonSession::LoadStudyFile() {
+  const std::int32_t count = vcOpenSentenceFile(engineName_.c_str());
+  if (count < 0) return {};
+  std::vector<std::uint32_t> starts(static_cast<std::size_t>(count));
+  vcReadSentenceData(starts.data(), count);
+  return starts;
+}
+
+bool LessonSession::CanBeSentences(const std::vector<std::uint32_t>& starts) const {
+  return starts.size() >= 2 && std::is_sorted(starts.begin(), starts.end()) &&
+         starts.back() < header_.LevelCount() * kLevelMs;
+}
+
+void LessonSession::StoreStudyFile(const std::vector<std::uint32_t>& starts) {
+  vcWriteExtraFileData(engineName_.c_str(), starts.data(), static_cast<std::int32_t>(starts.size()));
+  if (LoadStudyFile() != starts) {
+    throw Refusal("its study file could not be written in " + Readable(folder_->Path() / "zud"));
+  }
+}
+
+}  // namespace tavimo::host

@@ -1,0 +1,31 @@
+// Text for people (UTF-8), text for the engine (GBK), and times as people write them.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tavimo::host {
+
+[[nodiscard]] std::filesystem::path PathFromUtf8(std::string_view utf8);
+[[nodiscard]] std::string Utf8(const std::filesystem::path& path);
+
+// Text and names fit for a terminal or a JSON text: control characters and bytes that are not UTF-8 become U+FFFD.
+[[nodiscard]] std::string ReadableText(std::string_view utf8);
+[[nodiscard]] std::string Readable(const std::filesystem::path& path);
+
+// The start of a text, at most so many bytes, cut between two characters.
+[[nodiscard]] std::string Shortened(std::string_view utf8, std::size_t mostBytes);
+
+// The engine's form of a path: GBK and backslashes. None when it has no GBK form.
+[[nodiscard]] std::optional<std::string> EnginePath(const std::filesystem::path& path);
+
+// m:ss.mmm, the minutes running on past the hour.
+[[nodiscard]] std::string FormatTime(std::int64_t timeMs);
+
+// "12.5", "1:02.5" and "1:00:02.5" in milliseconds; none for anything else.
+[[nodiscard]] std::optional<std::int64_t> ParseTime(std::string_view text);
+
+}  // namespace tavimo::host
