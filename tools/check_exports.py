@@ -1,0 +1,106 @@
+#!/usr/bin/env python3
+"""Holds three things against one another: the table of exports, the public header and the built library. The table has
+every name once with a plausible size of arguments; the header declares exactly the built exports, in the table's order,
+under their family's heading and with arguments that fill the stated stack bytes; the library exports exactly the built
+names and the host kit's, and a second name has the address of the first. What the comments say is check_header_tags.py's
+business."""
+import argparse
+import re
+import subprocess
+from pathlib import Path
+
+import house
+from make_export_lists import kit_names, read_table
+
+TABLE = Path('exports/tavimo.exports')
+HEADER = Path('include/tavimo.h')
+KIT = Path('include/tavimo_host.h')
+EXPORT_COUNT = 104
+LARGEST_STACK_BYTES = 32
+DECLARATION = re.compile(r'^VC_API\b([^;()]*?)\bVC_CALL\s+(\w+)\(([^;]*?)\)\s*VC_NOEXCEPT;', re.M)
+WIDE_TYPE = re.compile(r'^(double|u?int64_t)\b(?!\s*\*)')
+
+
+def parameters(text):
+    """The parameters of a declaration, one string each; none for void."""
+    return [] if text.split() == ['void'] else [' '.join(part.split()) for part in text.split(',')]
+
+
+def declarations(text):
+    """(name, result type, parameters, offset) of every export the header declares."""
+    return [(m[2], ' '.join(m[1].split()), parameters(m[3]), m.start()) for m in DECLARATION.finditer(text)]
+
+
+def table_rows(exports):
+    lines = {}
+    for number, line in enumerate(house.read(TABLE).splitlines(), 1):
+        name = line.split('#')[0].split()[:1]
+        if name and name[0] in lines:
+            yield TABLE, number, f'{name[0]} stands twice'
+        elif name:
+            lines[name[0]] = number
+    if len(exports) != EXPORT_COUNT:
+        yield TABLE, 1, f'{len(exports)} exports, {EXPORT_COUNT} expected'
+    for export in exports:
+        if export.stack_bytes % 4 or not 0 <= export.stack_bytes <= LARGEST_STACK_BYTES:
+            yield TABLE, lines[export.name], f'{export.name}: {export.stack_bytes} stack bytes cannot be'
+        first = next((e for e in exports if e.name == export.alias_of), None)
+        if export.alias_of and (first is None or first.stack_bytes != export.stack_bytes or first.built < export.built):
+            yield TABLE, lines[export.name], f'{export.name} is a second name of no such entry: {export.alias_of}'
+
+
+def header_rows(exports, text):
+    found = declarations(text)
+    built = {e.name: e for e in exports if e.built}
+    for name, _, arguments, offset in found:
+        line = house.line_of(text, offset)
+        if name not in built:
+            yield HEADER, line, f'{name} is not a built export of the table'
+            continue
+        stack_bytes = sum(8 if WIDE_TYPE.match(a) else 4 for a in arguments)
+        if stack_bytes != built[name].stack_bytes:
+            yield HEADER, line, f'{name} takes {stack_bytes} stack bytes, the table says {built[name].stack_bytes}'
+        heading = text.rfind('/* ====', 0, offset)
+        if built[name].family not in text[heading:text.find('*/', heading)]:
+            yield HEADER, line, f'{name} does not stand under its family {built[name].family}'
+    names = [name for name, *_ in found]
+    for name in built:
+        if names.count(name) != 1:
+            yield HEADER, 1, f'{name} is declared {names.count(name)} times'
+    common = [name for name in names if name in built]
+    for name, expected in zip(common, [name for name in built if name in names]):
+        if name != expected:
+            yield HEADER, 1, f'{name} stands where the table has {expected}'
+            break
+
+
+def library_rows(exports, library):
+    listing = subprocess.run(['nm', '-D', '--defined-only', library], capture_output=True, text=True)
+    if listing.returncode != 0:
+        yield library, 1, 'cannot be read: build it first'
+        return
+    addresses = {fields[2].split('@')[0]: fields[0] for fields in map(str.split, listing.stdout.splitlines())}
+    wanted = [e.name for e in exports if e.built] + kit_names(house.ROOT / KIT)
+    for name in wanted:
+        if name not in addresses:
+            yield library, 1, f'{name} is not exported'
+    for name in sorted(set(addresses) - set(wanted)):
+        yield library, 1, f'{name} is exported, but neither the table nor the kit has it'
+    for export in exports:
+        if export.built and export.alias_of and addresses.get(export.name) != addresses.get(export.alias_of):
+            yield library, 1, f'{export.name} and {export.alias_of} are not the same entry'
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument('--library', help='the built library; without it, table and header alone are compared')
+    library = parser.parse_args().library
+    exports = read_table(house.ROOT / TABLE)
+    rows = [*table_rows(exports), *header_rows(exports, house.read(HEADER))]
+    if library:
+        rows += library_rows(exports, library)
+    house.report(rows)
+
+
+if __name__ == '__main__':
+    main()

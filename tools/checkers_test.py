@@ -1,0 +1,124 @@
+#!/usr/bin/env python3
+"""Proves that the checkers of the house rules can fail, and that what is right passes: tables of small texts, each with
+what is wrong in it. Nothing here reads the repository's own files."""
+import unittest
+
+import check_exports
+import check_functions
+import check_header_tags
+import check_layering
+import check_words
+import house
+from make_export_lists import Export
+
+FUNCTIONS = [
+    ('a function at the edge of the file', 'int f() {\n  return 1;\n}\n', [(1, 3)]),
+    ('namespaces and classes are no functions', 'namespace a::b {\nclass C : public D {\n public:\n  int f() const {\n'
+     '    return 1;\n  }\n};\n}\n', [(4, 6)]),
+    ('a lambda belongs to its function', 'void f() {\n  auto g = [](int a) {\n    return a;\n  };\n}\n', [(1, 5)]),
+    ('a lambda handed to a global', 'const auto g = [](int a) {\n  return a;\n};\n', []),
+    ('a table of values', 'constexpr int kTable[] = {\n  F(1),\n};\nint f() {\n}\n', [(4, 5)]),
+    ('initialisers in a constructor', 'C::C(int a) noexcept : a_{a}, b_(2), c_{\n  3} {\n  g();\n}\n', [(1, 4)]),
+    ('an operator with an equals sign', 'bool operator==(C a,\n  C b) {\n  return true;\n}\n', [(1, 4)]),
+    ('a template with defaults', 'template <int N = 3, class T = A<B>>\nT f(int a = 3) {\n}\n', [(1, 3)]),
+    ('a braced default argument', 'void f(A a = {}) {\n}\nint g() { return 1; }\n', [(1, 2), (3, 3)]),
+    ('braces in strings, characters and comments', 'void f() {  // {\n  g("}{\\"", \'{\', 1\'000, R"({)"); /* } */\n}\n', [(1, 3)]),
+    ('macros with braces', '#define A(x) do { \\\n  x\nTEST(A, b) {\n  A(1);\n}\n', [(3, 5)]),
+    ('a C block and an attribute', 'extern "C" {\nstruct __attribute__((packed)) S {\n  int a;\n};\nint f(struct S s) {\n}\n}\n',
+     [(5, 6)]),
+]
+
+LAYERING = [
+    ('src/core/time_model.cpp', '#include "core/core_state.h"\n#include <string>\n', 0),
+    ('src/core/time_model.cpp', '#include <unistd.h>\n', 1),
+    ('src/core/time_model.cpp', '// no _WIN32 here\n#ifdef _WIN32\n#endif\n', 1),
+    ('src/core/time_model.cpp', '// #include <windows.h>\n', 0),
+    ('src/core/time_model.cpp', '#include "platform/linux/paths.h"\n', 1),
+    ('src/digest/block_levels.cpp', '#include "core/core_state.h"\n', 1),
+    ('src/digest/block_levels.cpp', '#include "platform/windows.h"\n', 1),
+    ('src/digest/digest_exports.cpp', '#include "core/core_state.h"\n#include "platform/windows.h"\n', 0),
+    ('src/core/time_model.cpp', '#include "digest/block_levels.h"\n', 1),
+    ('src/sentences/segmentation.cpp', '#include "digest/block_levels.h"\n', 0),
+    ('src/platform/linux/files_linux.cpp', '#include <sys/stat.h>\n#include "platform/linux/paths.h"\n', 0),
+    ('src/platform/win32/files_win32.cpp', '#include <windows.h>\n#include "platform/linux/paths.h"\n', 1),
+    ('src/platform/common/riff.cpp', '#include "core/little_endian.h"\n', 1),
+    ('hosts/tavimo/main.cpp', '#include "tavimo_host.h"\n#include <CLI/CLI.hpp>\n', 0),
+    ('hosts/tavimo/main.cpp', '#include <unistd.h>\n', 1),
+    ('hosts/tavimo/system_posix.cpp', '#include <unistd.h>\n', 0),
+    ('hosts/tavimo/main.cpp', '#include "core/time_model.h"\n', 1),
+    ('hosts/tavimo/main.cpp', '#include "../../src/core/time_model.h"\n', 1),
+    ('tests/core/time_model_test.cpp', '#include "core/time_model.h"\n#include <dirent.h>\n', 1),
+    ('tests/platform/linux/drives_test.cpp', '#include "platform/linux/drives.h"\n#include <unistd.h>\n', 0),
+    ('tests/platform/drives_test.cpp', '#include "platform/linux/drives.h"\n', 1),
+    ('tests/support/scratch_folder.cpp', '#include <unistd.h>\n', 0),
+    ('include/tavimo.h', '#if defined(_WIN32)\n#endif\n', 0),
+]
+
+# Written in pieces, so that this file passes the check itself.
+WORDS = [
+    ('as the ' 'spec' ' says', 1), ('see ' 'Part' ' 3.1', 1), ('a fix for ' 'issue' ' 12', 1), ('closes ' '#' '7', 1),
+    ('/wo' 'rk/main', 1), ('cd /ro' 'ot', 1), ('TO' 'DO later', 1), ('pypi' '.org', 1), ('Spec' 'ification', 1),
+    ('part 3 of the lesson; %#04x; #include; mkdtemp XXXXXX; hosts/work; a special case; colour #336699', 0),
+]
+
+PARAMETERS = ['int32_t height', 'int32_t width']
+GOOD_TAGS = ' @brief x.\n @param height, width the area.\n @return 1.\n @failure none.\n @requires nothing. '
+TAGS = [
+    ('complete', GOOD_TAGS, 'int32_t', 0),
+    ('a result that is void has no @return', GOOD_TAGS, 'void', 1),
+    ('no @requires', GOOD_TAGS.replace('@requires', ''), 'int32_t', 1),
+    ('another order', GOOD_TAGS.replace('@failure', '@x').replace('@return', '@failure').replace('@x', '@return'), 'int32_t', 1),
+    ('a parameter under another name', GOOD_TAGS.replace('width', 'breadth'), 'int32_t', 1),
+    ('an empty promise', GOOD_TAGS.replace('@failure none.', '@failure '), 'int32_t', 1),
+]
+
+TABLE = [Export('vcA', 'first', 4, True, ''), Export('vcB', 'first', 12, True, ''), Export('vcC', 'first', 4, False, '')]
+HEADING = '/* ====\n * first: things\n * ==== */\n'
+DECLARED_A = 'VC_API void VC_CALL vcA(VcWindow window) VC_NOEXCEPT;\n'
+DECLARED_B = 'VC_API int32_t VC_CALL vcB(const char* path,\n    double seconds) VC_NOEXCEPT;\n'
+EXPORTS = [
+    ('as the table says', HEADING + DECLARED_A + DECLARED_B, 0),
+    ('one missing', HEADING + DECLARED_A, 1),
+    ('one twice', HEADING + DECLARED_A + DECLARED_A + DECLARED_B, 2),
+    ('another order', HEADING + DECLARED_B + DECLARED_A, 1),
+    ('one that is only planned', HEADING + DECLARED_A + DECLARED_B + DECLARED_A.replace('vcA', 'vcC'), 1),
+    ('arguments of another size', HEADING + DECLARED_A + DECLARED_B.replace('double', 'float'), 1),
+    ('under another family', HEADING.replace('first', 'second') + DECLARED_A + DECLARED_B, 2),
+]
+
+
+class Checkers(unittest.TestCase):
+    def test_functions_are_found_with_their_lines(self):
+        for name, text, expected in FUNCTIONS:
+            with self.subTest(name):
+                self.assertEqual(check_functions.functions(text), expected)
+        self.assertRaises(ValueError, check_functions.functions, 'void f() {\n')
+
+    def test_arrows_that_point_the_wrong_way_are_found(self):
+        for name, text, expected in LAYERING:
+            with self.subTest(name, text=text):
+                self.assertEqual(len(list(check_layering.faults(name, text))), expected)
+
+    def test_forbidden_words_are_found(self):
+        for line, expected in WORDS:
+            with self.subTest(line):
+                self.assertEqual(len(list(check_words.faults(line))), expected)
+
+    def test_promises_that_lack_a_tag_are_found(self):
+        for name, comment, result, expected in TAGS:
+            with self.subTest(name):
+                self.assertEqual(bool(list(check_header_tags.faults(comment, result, PARAMETERS))), bool(expected))
+
+    def test_a_header_that_differs_from_the_table_is_found(self):
+        for name, text, expected in EXPORTS:
+            with self.subTest(name):
+                self.assertEqual(len(list(check_exports.header_rows(TABLE, text))), expected)
+
+    def test_blanking_keeps_the_numbers_of_lines(self):
+        text = 'a /* b\n c */ "d\\"e" // f\ng'
+        self.assertEqual(house.without_comments(text).split(), ['a', 'g'])
+        self.assertEqual(house.without_comments(text).count('\n'), text.count('\n'))
+
+
+if __name__ == '__main__':
+    unittest.main()
