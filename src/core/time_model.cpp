@@ -11,8 +11,8 @@ std::int32_t BytesToTime(std::int32_t byteCount, double bytesPerSecond) noexcept
   return TruncateToInt32(byteCount * 1000.0 / bytesPerSecond);
 }
 
-std::int32_t TimeToEvenBytes(const PcmFormat& format, std::int32_t timeMs) noexcept {
-  return EvenTowardZero(TruncateToInt32(BytesPerSecond(format) * 0.001 * timeMs));
+std::int32_t TimeToEvenBytes(const PcmFormat& format, std::int64_t timeMs) noexcept {
+  return EvenTowardZero(TruncateToInt32(BytesPerSecond(format) * 0.001 * static_cast<double>(timeMs)));
 }
 
 std::int32_t FileOffsetToTime(const PcmFormat& format, std::int32_t dataOffset, std::int32_t fileOffset) noexcept {

@@ -14,7 +14,7 @@ namespace tavimo::core {
 
 // The byte count of a time, truncated and then made even, both toward zero. Even, not a multiple of the frame: 16-bit
 // stereo can be positioned between its two channels.
-[[nodiscard]] std::int32_t TimeToEvenBytes(const PcmFormat& format, std::int32_t timeMs) noexcept;
+[[nodiscard]] std::int32_t TimeToEvenBytes(const PcmFormat& format, std::int64_t timeMs) noexcept;
 
 // The time of a file offset; an offset before the sound counts as its beginning.
 [[nodiscard]] std::int32_t FileOffsetToTime(const PcmFormat& format, std::int32_t dataOffset,

@@ -1,5 +1,8 @@
 #include "core/wave_header.h"
 
+#include <algorithm>
+#include <array>
+
 namespace tavimo::core {
 
 namespace {
@@ -27,6 +30,23 @@ WaveFault EnterFormat(platform::RiffFile& file, platform::ChunkInfo& riff, platf
 WaveFault EnterData(platform::RiffFile& file, const platform::ChunkInfo& riff, platform::ChunkInfo& sub) noexcept {
   sub.id = platform::FourCc("data");
   return file.Find(sub, riff) ? WaveFault::None : WaveFault::NoDataChunk;
+}
+
+CreateFault CreateWave(platform::RiffFile& file, platform::ChunkInfo& riff, platform::ChunkInfo& sub,
+                       const PcmFormat& format, FormatChunk formatChunk) noexcept {
+  riff.formType = platform::FourCc("WAVE");
+  if (!file.CreateRiff(riff)) return CreateFault::NoRiffChunk;
+  sub.id = platform::FourCc("fmt ");
+  sub.size = static_cast<std::uint32_t>(formatChunk);
+  if (!file.CreateChunk(sub)) return CreateFault::NoFormatChunk;
+  std::array<std::uint8_t, static_cast<std::size_t>(FormatChunk::Extended)> bytes{};
+  const PcmFormatRecord record = WritePcmFormat(format);
+  std::copy(record.begin(), record.end(), bytes.begin());
+  const auto byteCount = static_cast<std::int32_t>(formatChunk);
+  if (file.Write(bytes.data(), byteCount) != byteCount) return CreateFault::FormatUnwritten;
+  if (!file.Ascend(sub)) return CreateFault::FormatNotLeft;
+  sub.id = platform::FourCc("data");  // its provisional size is the format's
+  return file.CreateChunk(sub) ? CreateFault::None : CreateFault::NoDataChunk;
 }
 
 }  // namespace tavimo::core

@@ -5,9 +5,9 @@
 #include "core/core_state.h"
 #include "core/fixed_text.h"
 #include "digest/digest_adjust.h"
-#include "digest/digest_paths.h"
 #include "digest/digest_state.h"
 #include "digest/digest_summary.h"
+#include "hostutil/temp_side_file.h"
 #include "platform/files.h"
 #include "platform/threads.h"
 #include "platform/utility.h"
@@ -55,7 +55,7 @@ bool FitsJob(const char* path) noexcept {
 extern "C" {
 
 std::int32_t VC_CALL vcIfDigestFileExist(const char* recording_path) noexcept {
-  return digest::EnsureDigest(recording_path) ? 1 : 0;
+  return hostutil::EnsureSideFile(recording_path, ".tmp") ? 1 : 0;
 }
 
 std::int32_t VC_CALL vcMakeDigestFile(const char* source_path, const char* wave_path,

@@ -1,32 +1,32 @@
-#include "digest/digest_paths.h"
+#include "hostutil/temp_side_file.h"
 
 #include "hostutil/file_utilities.h"
 #include "platform/utility.h"
 
-namespace tavimo::digest {
+namespace tavimo::hostutil {
 
 namespace {
 constexpr std::size_t kLongestRecordingPath = 199;
 constexpr std::size_t kLongestFileName = 99;
 }  // namespace
 
-bool DeriveDigestPaths(std::string_view recordingPath, DigestPaths& paths) noexcept {
+bool DeriveSidePaths(std::string_view recordingPath, std::string_view extension, SidePaths& paths) noexcept {
   const std::string_view name = recordingPath.substr(recordingPath.rfind('\\') + 1);
   if (recordingPath.empty() || recordingPath.size() > kLongestRecordingPath || name.size() > kLongestFileName) {
     return false;
   }
-  return paths.working.Assign(std::string_view("temp\\"), name.substr(0, name.rfind('.')), std::string_view(".tmp")) &&
-         paths.beside.Assign(recordingPath.substr(0, recordingPath.rfind('.')), std::string_view(".tmp"));
+  return paths.working.Assign(std::string_view("temp\\"), name.substr(0, name.rfind('.')), extension) &&
+         paths.beside.Assign(recordingPath.substr(0, recordingPath.rfind('.')), extension);
 }
 
-bool EnsureDigest(const char* recordingPath) noexcept {
-  DigestPaths paths;
-  if (!DeriveDigestPaths(core::TextOf(recordingPath), paths)) return false;
+bool EnsureSideFile(const char* recordingPath, std::string_view extension) noexcept {
+  SidePaths paths;
+  if (!DeriveSidePaths(core::TextOf(recordingPath), extension, paths)) return false;
   const char* working = paths.working.CString();
-  if (hostutil::FileExists(working) && platform::IsSameTimeFiles(recordingPath, working)) return true;
-  if (!hostutil::FileExists(paths.beside.CString())) return false;
+  if (FileExists(working) && platform::IsSameTimeFiles(recordingPath, working)) return true;
+  if (!FileExists(paths.beside.CString())) return false;
   platform::CopyFileOver(paths.beside.CString(), working);
   return true;
 }
 
-}  // namespace tavimo::digest
+}  // namespace tavimo::hostutil

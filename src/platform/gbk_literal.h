@@ -84,7 +84,8 @@ inline constexpr auto kStored = Convert<Text>();
 
 inline namespace literals {
 
-// u8"…"_gbk: the text in GBK, zero-terminated, for the life of the program.
+// u8"…"_gbk: the text in GBK, zero-terminated, for the life of the program. Give it to a const char* first where a const
+// object of a class is made from it: clang 14 breaks down when it tries to print such an initialiser.
 template <literal::Utf8 Text>
 consteval const char* operator""_gbk() {
   return literal::kStored<Text>.data();

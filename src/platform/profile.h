@@ -2,7 +2,8 @@
 //
 // Section and key are compared without regard to ASCII case and without the blanks around them; the first section of a
 // name and the first key in it win. Blanks around a value are cut, one pair of equal quotes around it is removed. A line
-// that starts with ";" is a comment; a ";" later belongs to the value. Lines end in CR LF, LF or CR.
+// that starts with ";" is a comment; a ";" later belongs to the value. Lines end in CR LF, LF or CR. The text is GBK, or what
+// a mark at its start announces: UTF-8 or UTF-16. Of a line the first 4095 bytes count.
 #pragma once
 
 namespace tavimo::platform {

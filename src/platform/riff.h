@@ -56,7 +56,8 @@ class RiffFile {
   [[nodiscard]] bool CreateChunk(ChunkInfo& chunk) noexcept;
 
   // Leaves a chunk. A created one gets its size, from its first byte to the position, and a zero byte after an odd one;
-  // a found one only moves the position behind it. False when a write fails.
+  // a found one only moves the position behind it, if that is one of 31 bits. False when a write fails or the position
+  // lies before a created chunk.
   bool Ascend(ChunkInfo& chunk) noexcept;
 
   // Bytes moved at the position, not held to the chunk; -1 for a failure or a negative count.

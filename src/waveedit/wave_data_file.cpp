@@ -21,21 +21,6 @@ std::int32_t Fail(WaveDataFile& file) noexcept {
 
 bool HasKnownChannels(const core::PcmFormat& format) noexcept { return format.channels == 1 || format.channels == 2; }
 
-bool WriteHeader(WaveDataFile& file) noexcept {
-  RiffFile& riff = file.mmioHandle;
-  file.riffChunk.formType = platform::FourCc("WAVE");
-  if (!riff.CreateRiff(file.riffChunk)) return false;
-  file.subChunk.id = platform::FourCc("fmt ");
-  file.subChunk.size = core::kPcmFormatBytes;
-  if (!riff.CreateChunk(file.subChunk)) return false;
-  const core::PcmFormatRecord record = core::WritePcmFormat(file.format);
-  if (riff.Write(record.data(), core::kPcmFormatBytes) != core::kPcmFormatBytes) return false;
-  if (!riff.Ascend(file.subChunk)) return false;
-  file.subChunk = {};
-  file.subChunk.id = platform::FourCc("data");
-  return riff.CreateChunk(file.subChunk);
-}
-
 }  // namespace
 
 std::int32_t WaveDataOpen(WaveDataFile& file) noexcept {
@@ -59,7 +44,9 @@ std::int32_t WaveDataCreate(WaveDataFile& file) noexcept {
   file.subChunk = {};
   file.mmioHandle = RiffFile::Open(file.path.CString(), OpenMode::Create);
   if (!file.mmioHandle.IsOpen()) return -1;
-  return WriteHeader(file) ? 1 : Fail(file);
+  const core::CreateFault fault =
+      core::CreateWave(file.mmioHandle, file.riffChunk, file.subChunk, file.format, core::FormatChunk::Plain);
+  return fault == core::CreateFault::None ? 1 : Fail(file);
 }
 
 std::int32_t WaveDataRead(WaveDataFile& file, void* buffer, std::int32_t byteCount) noexcept {

@@ -2,7 +2,7 @@
 #include <chrono>
 #include <string>
 
-#include "digest/digest_paths.h"
+#include "hostutil/temp_side_file.h"
 #include "support/engine_test.h"
 
 namespace tavimo::tests {
@@ -25,17 +25,18 @@ TEST_F(DigestFiles, LieInTempAndBesideTheRecording) {
       {"D:\\\xD5\x5C.wav", "temp\\.tmp", "D:\\\xD5\x5C.tmp"},  // by bytes: 0x5C is a separator here
   };
   for (const Case& c : cases) {
-    digest::DigestPaths paths;
-    ASSERT_TRUE(digest::DeriveDigestPaths(c.recording, paths)) << c.recording;
+    hostutil::SidePaths paths;
+    ASSERT_TRUE(hostutil::DeriveSidePaths(c.recording, ".tmp", paths)) << c.recording;
     EXPECT_STREQ(paths.working.CString(), c.working);
     EXPECT_STREQ(paths.beside.CString(), c.beside);
   }
-  digest::DigestPaths paths;
-  EXPECT_FALSE(digest::DeriveDigestPaths("", paths));
-  EXPECT_FALSE(digest::DeriveDigestPaths(std::string(100, 'n'), paths));
-  EXPECT_TRUE(digest::DeriveDigestPaths(std::string(99, 'n'), paths));
-  EXPECT_FALSE(digest::DeriveDigestPaths("D:\\" + std::string(193, 'd') + "\\" + "abc", paths)) << "200 bytes";
-  EXPECT_FALSE(digest::DeriveDigestPaths("D:\\" + std::string(192, 'd') + "\\" + "abc", paths)) << "no room for .tmp";
+  hostutil::SidePaths paths;
+  EXPECT_FALSE(hostutil::DeriveSidePaths("", ".tmp", paths));
+  EXPECT_FALSE(hostutil::DeriveSidePaths(std::string(100, 'n'), ".tmp", paths));
+  EXPECT_TRUE(hostutil::DeriveSidePaths(std::string(99, 'n'), ".tmp", paths));
+  EXPECT_FALSE(hostutil::DeriveSidePaths("D:\\" + std::string(193, 'd') + "\\" + "abc", ".tmp", paths)) << "200 bytes";
+  EXPECT_FALSE(hostutil::DeriveSidePaths("D:\\" + std::string(192, 'd') + "\\" + "abc", ".tmp", paths))
+      << "no room for .tmp";
 }
 
 TEST_F(DigestFiles, AreCurrentOnlyWithTheTimeOfTheirRecording) {

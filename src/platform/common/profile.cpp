@@ -1,7 +1,4 @@
 // A reader of INI files, line by line, without asking for memory. Nothing is kept between calls and nothing is written.
-//
-// The text of a file is GBK, or UTF-8 or UTF-16 (little-endian) when it begins with their mark, as editors of today write
-// it. Of a line the first 4095 bytes count.
 #include "platform/profile.h"
 
 #include <algorithm>
@@ -17,7 +14,7 @@ namespace tavimo::platform {
 
 namespace {
 
-enum class Encoding { Gbk, Utf8, Utf16 };
+enum class Encoding { Gbk, Utf8, Utf16 };  // the last with the low byte first, as editors write it
 
 constexpr int kEnd = -1;
 constexpr int kNoGbkForm = '?';

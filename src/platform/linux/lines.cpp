@@ -53,6 +53,8 @@ MinorPlace PlaceAfter(std::int64_t majorSteps, const Axis& major, const Axis& mi
 
 // The first step in the range at which the minor axis has come as far as minorSteps; range.end when it never does.
 std::int64_t FirstReaching(std::int64_t minorSteps, Range range, const Axis& major, const Axis& minor) noexcept {
+  if (minorSteps <= 0) return range.first;
+  if (minorSteps > minor.length) return range.end;
   while (range.first < range.end) {
     const std::int64_t middle = range.first + (range.end - range.first) / 2;
     if (PlaceAfter(middle, major, minor).steps < minorSteps) {
