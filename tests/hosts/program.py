@@ -1,0 +1,118 @@
+"""What the tests of the command-line host share: running the built program in a folder of its own, wave files written
+out byte by byte, and a reader for the program's pictures. The program's path is the tests' first argument."""
+
+import json
+import os
+import pathlib
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import zlib
+
+PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve() if len(sys.argv) > 1 else pathlib.Path("tavimo")
+
+
+def chunk(name, content, size=None):
+    stored = len(content) if size is None else size
+    return name + struct.pack("<I", stored) + content + b"\0" * (len(content) % 2)
+
+
+def format_record(tag=1, channels=1, rate=8000, bits=16):
+    return struct.pack("<HHIIHH", tag, channels, rate, rate * channels * bits // 8, channels * bits // 8, bits)
+
+
+def riff(*chunks):
+    return chunk(b"RIFF", b"WAVE" + b"".join(chunks))
+
+
+def wave(sound, data_size=None, **form):
+    return riff(chunk(b"fmt ", format_record(**form)), chunk(b"data", sound, data_size))
+
+
+def tones(pattern, channels=1, rate=8000, bits=16):
+    """A wave file of (milliseconds, loud) stretches; loud ones are a square wave of half the full scale, in stereo on
+    the first channel alone."""
+    silent, high, low = (b"\x80", b"\xc0", b"\x40") if bits == 8 else (b"\0\0", b"\x00\x40", b"\x00\xc0")
+    rest = silent * (channels - 1)
+    sound = b""
+    for length_ms, loud in pattern:
+        frames = rate * length_ms // 1000
+        sound += (high + rest + low + rest) * (frames // 2) if loud else silent * channels * frames
+    return wave(sound, channels=channels, rate=rate, bits=bits)
+
+
+# Sound begins at 400, 3200, 6400 and 9600 ms, each time on the first sample of a level.
+FOUR_SENTENCES = [(400, 0), (2000, 1), (800, 0), (2400, 1), (800, 0), (2400, 1), (800, 0), (1600, 1), (1200, 0)]
+# A sentence starts two levels before its first sound.
+FOUR_STARTS = [320, 3120, 6320, 9520]
+
+
+class ProgramTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory(prefix="tavimo-host-")
+        self.addCleanup(self.folder.cleanup)
+        self.root = pathlib.Path(self.folder.name)
+        self.home = self.root / "home"
+
+    def write(self, name, content):
+        path = self.root / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content)
+        return path
+
+    def run_program(self, *words, **more):
+        """Runs the program in the test's folder; the result has text streams."""
+        command = [PROGRAM, *words, "--home", self.home]
+        return subprocess.run(command, cwd=self.root, capture_output=True, encoding="utf-8", timeout=60, **more)
+
+    def succeed(self, *words):
+        result = self.run_program(*words)
+        self.assertEqual((result.returncode, result.stderr), (0, ""), words)
+        return result.stdout
+
+    def starts(self, *words):
+        return [sentence["start_ms"] for sentence in json.loads(self.succeed("cut", "--json", *words))["sentences"]]
+
+    def kept(self, extension):
+        """The files of that extension in the program's working folders."""
+        return sorted(path for path in self.home.rglob("*" + extension) if not path.is_symlink())
+
+
+def read_png(path):
+    """Width, height and rows of (red, green, blue)."""
+    content = path.read_bytes()
+    assert content[:8] == b"\x89PNG\r\n\x1a\n"
+    offset, packed = 8, b""
+    while offset < len(content):
+        size, name = struct.unpack(">I4s", content[offset : offset + 8])
+        body = content[offset + 8 : offset + 8 + size]
+        if name == b"IHDR":
+            width, height, depth, colour = struct.unpack(">IIBB", body[:10])
+        packed += body if name == b"IDAT" else b""
+        offset += 12 + size
+    assert depth == 8 and colour in (2, 6)
+    step = 3 if colour == 2 else 4
+    stride = width * step
+    lines, previous, rows = zlib.decompress(packed), bytes(stride), []
+    for y in range(height):
+        line = unfilter(lines[y * (stride + 1)], bytearray(lines[y * (stride + 1) + 1 : (y + 1) * (stride + 1)]), previous, step)
+        rows.append([tuple(line[x : x + 3]) for x in range(0, stride, step)])
+        previous = line
+    return width, height, rows
+
+
+def unfilter(kind, line, above, step):
+    for i in range(len(line)):
+        left = line[i - step] if i >= step else 0
+        corner = above[i - step] if i >= step else 0
+        up = above[i]
+        if kind == 4:
+            near = left + up - corner
+            distances = (abs(near - left), abs(near - up), abs(near - corner))
+            guess = (left, up, corner)[distances.index(min(distances))]
+        else:
+            guess = (0, left, up, (left + up) // 2)[kind]
+        line[i] = (line[i] + guess) % 256
+    return bytes(line)

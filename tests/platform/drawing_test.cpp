@@ -1,0 +1,291 @@
+// Lines, fills and text measures of the host kit, pixel by pixel against pictures written out here. Picture files are
+// linux/png_test.cpp.
+#include "platform/drawing.h"
+
+#include <algorithm>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "support/engine_test.h"
+
+namespace tavimo::tests {
+namespace {
+
+constexpr std::uint32_t kBlack = 0x000000;
+constexpr std::uint32_t kWhite = 0xFFFFFF;
+constexpr std::uint32_t kRed = 0x0000FF;
+constexpr std::int32_t kFarLeft = INT32_MIN;
+constexpr std::int32_t kFarRight = INT32_MAX;
+
+struct Dc {
+  Dc(int pictureWidth, int pictureHeight)
+      : handle(tvCreateDc(pictureWidth, pictureHeight)), width(pictureWidth), height(pictureHeight) {}
+  Dc(const Dc&) = delete;
+  Dc& operator=(const Dc&) = delete;
+  ~Dc() { tvDestroyDc(handle); }
+  operator VcDc() const { return handle; }
+  VcDc handle;
+  int width;
+  int height;
+};
+
+using Rows = std::vector<std::string>;
+
+// "." white, "#" black, "r" red, "?" anything else.
+Rows RowsOf(const Dc& dc, int left = 0, int top = 0) {
+  Rows rows;
+  for (int y = top; y < dc.height; ++y) {
+    std::string& row = rows.emplace_back();
+    for (int x = left; x < dc.width; ++x) {
+      const std::uint32_t colour = tvPixel(dc, x, y);
+      row += colour == kWhite ? '.' : colour == kBlack ? '#' : colour == kRed ? 'r' : '?';
+    }
+  }
+  return rows;
+}
+
+struct Line {
+  std::int32_t x1, y1, x2, y2;
+};
+
+std::ostream& operator<<(std::ostream& out, const Line& line) {
+  return out << '(' << line.x1 << ',' << line.y1 << ")->(" << line.x2 << ',' << line.y2 << ')';
+}
+
+TEST(DrawingTest, PaintsALineFromItsFirstPixelUpToButNotIncludingItsLast) {
+  const struct {
+    Line line;
+    Rows rows;
+  } kCases[] = {
+      {{1, 1, 5, 1}, {".......", ".####..", ".......", ".......", ".......", "......."}},
+      {{5, 1, 1, 1}, {".......", "..####.", ".......", ".......", ".......", "......."}},
+      {{1, 1, 1, 5}, {".......", ".#.....", ".#.....", ".#.....", ".#.....", "......."}},
+      {{1, 5, 1, 1}, {".......", ".......", ".#.....", ".#.....", ".#.....", ".#....."}},
+      {{3, 3, 3, 3}, {".......", ".......", ".......", ".......", ".......", "......."}},
+      {{0, 0, 0, 1}, {"#......", ".......", ".......", ".......", ".......", "......."}},
+      {{1, 1, 5, 5}, {".......", ".#.....", "..#....", "...#...", "....#..", "......."}},
+      {{5, 5, 1, 1}, {".......", ".......", "..#....", "...#...", "....#..", ".....#."}},
+      {{1, 5, 5, 1}, {".......", ".......", "....#..", "...#...", "..#....", ".#....."}},
+      {{5, 1, 1, 5}, {".......", ".....#.", "....#..", "...#...", "..#....", "......."}},
+      // The exact line passes half way between two pixels: the smaller coordinate, whichever way it is drawn.
+      {{0, 1, 6, 4}, {".......", "##.....", "..##...", "....##.", ".......", "......."}},
+      {{6, 4, 0, 1}, {".......", ".#.....", "..##...", "....##.", "......#", "......."}},
+      {{0, 4, 6, 1}, {".......", ".....#.", "...##..", ".##....", "#......", "......."}},
+      {{6, 1, 0, 4}, {".......", ".....##", "...##..", ".##....", ".......", "......."}},
+      {{1, 0, 3, 4}, {".#.....", ".#.....", "..#....", "..#....", ".......", "......."}},
+      {{3, 4, 1, 0}, {".......", ".#.....", "..#....", "..#....", "...#...", "......."}},
+      {{3, 0, 1, 4}, {"...#...", "..#....", "..#....", ".#.....", ".......", "......."}},
+      {{1, 4, 3, 0}, {".......", "..#....", "..#....", ".#.....", ".#.....", "......."}},
+      // No half: the nearest pixel.
+      {{0, 0, 6, 2}, {"##.....", "..###..", ".....#.", ".......", ".......", "......."}},
+      {{0, 0, 5, 3}, {"#......", ".##....", "...##..", ".......", ".......", "......."}},
+  };
+  for (const auto& testCase : kCases) {
+    SCOPED_TRACE(::testing::PrintToString(testCase.line));
+    const Dc dc(7, 6);
+    platform::DrawLine(dc, testCase.line.x1, testCase.line.y1, testCase.line.x2, testCase.line.y2);
+    EXPECT_EQ(RowsOf(dc), testCase.rows);
+  }
+}
+
+TEST(DrawingTest, LeavesOutWhatIsOutsideAndNothingElse) {
+  constexpr int kMargin = 20;
+  const Line kLines[] = {{-15, -3, 11, 9},  {11, 9, -15, -3}, {-7, 12, 9, -19}, {9, -19, -7, 12}, {-5, 4, 19, 4},
+                         {3, 19, 3, -19},   {-19, 0, 19, 1},  {0, -19, 1, 19},  {-3, -1, 5, 18},  {-10, 2, 2, -10},
+                         {-12, -3, 12, -3}, {8, -5, 8, 15},   {-4, -4, -1, -9}, {12, -2, 2, 12},  {7, 7, 8, 8}};
+  for (const Line& line : kLines) {
+    SCOPED_TRACE(::testing::PrintToString(line));
+    const Dc small(8, 8);
+    const Dc large(kMargin + 8, kMargin + 8);
+    platform::DrawLine(small, line.x1, line.y1, line.x2, line.y2);
+    platform::DrawLine(large, line.x1 + kMargin, line.y1 + kMargin, line.x2 + kMargin, line.y2 + kMargin);
+    EXPECT_EQ(RowsOf(small), RowsOf(large, kMargin, kMargin));
+  }
+}
+
+TEST(DrawingTest, CostsNothingForALineOfAnyLength) {
+  const struct {
+    Line line;
+    Rows rows;
+  } kCases[] = {
+      {{kFarLeft, 1, kFarRight, 1}, {"....", "####", "....", "...."}},
+      {{kFarRight, 1, kFarLeft, 1}, {"....", "####", "....", "...."}},
+      {{2, kFarLeft, 2, kFarRight}, {"..#.", "..#.", "..#.", "..#."}},
+      {{kFarLeft, kFarLeft, kFarRight, kFarRight}, {"#...", ".#..", "..#.", "...#"}},
+      {{kFarRight, kFarRight, kFarLeft, kFarLeft}, {"#...", ".#..", "..#.", "...#"}},
+      {{kFarLeft, 1, kFarRight, 3}, {"....", "....", "####", "...."}},
+      {{kFarRight, 0, kFarRight, 3}, {"....", "....", "....", "...."}},
+      {{0, 0, kFarRight, kFarLeft}, {"#...", "....", "....", "...."}},
+  };
+  for (const auto& testCase : kCases) {
+    SCOPED_TRACE(::testing::PrintToString(testCase.line));
+    const Dc dc(4, 4);
+    for (int i = 0; i < 1000; ++i) {
+      platform::DrawLine(dc, testCase.line.x1, testCase.line.y1, testCase.line.x2, testCase.line.y2);
+    }
+    EXPECT_EQ(RowsOf(dc), testCase.rows);
+  }
+}
+
+TEST(DrawingTest, GoesOnWhereTheLastLineEnded) {
+  const Dc dc(5, 4);
+  platform::LineTo(dc, 2, 0);  // a new context stands at (0, 0)
+  platform::LineTo(dc, 2, 2);
+  platform::LineTo(dc, 2, 2);
+  platform::LineTo(dc, 9, 2);  // the position moves outside too
+  platform::LineTo(dc, 9, 3);
+  platform::LineTo(dc, 3, 3);
+  EXPECT_EQ(RowsOf(dc), (Rows{"###..", "..#..", "..###", "....#"}));
+}
+
+TEST(DrawingTest, GivesTheHostsPenBackAfterRed) {
+  const Dc dc(4, 3);
+  tvSelectPen(dc, 0x12345678);
+  {
+    const platform::RedPen red(dc);
+    platform::DrawLine(dc, 0, 0, 4, 0);
+  }
+  platform::DrawLine(dc, 0, 1, 4, 1);
+  EXPECT_EQ(RowsOf(dc), (Rows{"rrrr", "????", "...."}));
+  EXPECT_EQ(tvPixel(dc, 3, 1), 0x345678u);
+
+  VcDc destroyed = tvCreateDc(1, 1);
+  const platform::RedPen outlivesIt(destroyed);
+  tvDestroyDc(destroyed);
+}
+
+TEST(DrawingTest, FillsWhatLiesInThePicture) {
+  const struct {
+    int x, y, width, height;
+    Rows rows;
+  } kCases[] = {
+      {1, 1, 2, 1, {"....", ".rr.", "...."}},
+      {-5, -5, 7, 6, {"rr..", "....", "...."}},
+      {3, 2, INT_MAX, INT_MAX, {"....", "....", "...r"}},
+      {INT_MAX, 0, INT_MAX, 3, {"....", "....", "...."}},
+      {2, 2, -1, 1, {"....", "....", "...."}},
+      {2, 2, 1, INT_MIN, {"....", "....", "...."}},
+  };
+  for (const auto& testCase : kCases) {
+    SCOPED_TRACE(::testing::PrintToString(testCase.rows));
+    const Dc dc(4, 3);
+    tvFill(dc, testCase.x, testCase.y, testCase.width, testCase.height, kRed);
+    EXPECT_EQ(RowsOf(dc), testCase.rows);
+  }
+}
+
+TEST(DrawingTest, MakesPicturesOfAnAllowedSize) {
+  for (const auto& [width, height] : {std::pair{0, 1}, {1, 0}, {-1, 5}, {32768, 1}, {1, 32768}, {INT_MIN, INT_MAX}}) {
+    EXPECT_EQ(tvCreateDc(width, height), nullptr) << width << 'x' << height;
+  }
+  const Dc wide(32767, 1);
+  tvSelectPen(wide, kRed);
+  platform::DrawLine(wide, 32766, 0, 32767, 0);
+  EXPECT_EQ(tvPixel(wide, 32766, 0), kRed);
+  for (const auto& [x, y] : {std::pair{-1, 0}, {0, -1}, {32767, 0}, {0, 1}, {INT_MIN, INT_MIN}}) {
+    EXPECT_EQ(tvPixel(wide, x, y), 0xFFFFFFFFu);
+  }
+}
+
+TEST(DrawingTest, RefusesEveryHandleThatIsNoContext) {
+  VcDc destroyed = tvCreateDc(4, 4);
+  tvDestroyDc(destroyed);
+  const Dc inTheSameSlot(4, 4);
+  const Window window;
+  for (const VcDc dc : {VcDc{}, destroyed, reinterpret_cast<VcDc>(window.handle), reinterpret_cast<VcDc>(0xDEADBEEF)}) {
+    const platform::RedPen red(dc);
+    platform::DrawLine(dc, 0, 0, 4, 4);
+    tvSelectPen(dc, kRed);
+    tvSetTextColour(dc, kRed);
+    tvFill(dc, 0, 0, 4, 4, kRed);
+    std::int32_t widths[256];
+    EXPECT_EQ(tvPixel(dc, 0, 0), 0xFFFFFFFFu);
+    EXPECT_EQ(tvSelectFont(dc, "sans-serif", 16), -1);
+    EXPECT_EQ(tvCharWidths(dc, widths), -1);
+    EXPECT_EQ(tvTextExtent(dc, "a", 1, widths, widths), -1);
+    EXPECT_EQ(tvSavePng(dc, "never.png"), -1);
+    tvDestroyDc(dc);
+  }
+  EXPECT_EQ(RowsOf(inTheSameSlot), Rows(4, "...."));
+}
+
+class TextMeasureTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (tvSelectFont(dc, "WenQuanYi Zen Hei", 16) != 0) GTEST_SKIP() << "the font WenQuanYi Zen Hei is not installed";
+  }
+
+  // "width x height", or "-1".
+  std::string Extent(const std::string& gbk) {
+    std::int32_t width = -7;
+    std::int32_t height = -7;
+    if (tvTextExtent(dc, gbk.data(), static_cast<int>(gbk.size()), &width, &height) != 0) return "-1";
+    return std::to_string(width) + 'x' + std::to_string(height);
+  }
+
+  Dc dc{4, 4};
+};
+
+TEST_F(TextMeasureTest, CountsAdvancesInWholePixels) {
+  const struct {
+    std::string text;
+    const char* extent;
+  } kCases[] = {
+      {"", "0x0"},
+      {"a", "9x21"},
+      {" ", "5x21"},
+      {"iW", "17x21"},
+      {"\xB8\xDF", "16x21"},
+      {"a\xB8\xDF\xB8\xDF"
+       "b",
+       "50x21"},
+  };
+  for (const auto& testCase : kCases) EXPECT_EQ(Extent(testCase.text), testCase.extent) << testCase.text;
+  // A lead byte takes the next byte with it, whatever it is, and one at the end stands alone.
+  EXPECT_EQ(Extent("\xB8 "), Extent("\xFE\xFE"));
+  EXPECT_EQ(Extent("\xB8"), Extent("\xFF"));
+  EXPECT_NE(Extent(std::string("a\0b", 3)), Extent("a")) << "a zero does not end the text";
+}
+
+TEST_F(TextMeasureTest, GivesTheWidthOfEachByte) {
+  std::int32_t widths[256];
+  std::fill(std::begin(widths), std::end(widths), -1);
+  ASSERT_EQ(tvCharWidths(dc, widths), 0);
+  std::string letters(26, 'a');
+  std::iota(letters.begin(), letters.end(), 'a');
+  EXPECT_EQ(Extent(letters), std::to_string(std::accumulate(widths + 'a', widths + 'z' + 1, 0)) + "x21");
+  EXPECT_EQ(widths[int{'W'}], 13);
+  EXPECT_TRUE(std::all_of(std::begin(widths), std::end(widths), [](int width) { return width >= 0; }));
+}
+
+TEST_F(TextMeasureTest, RefusesFontsThatAreNotThereOrHaveNoChinese) {
+  for (const char* family :
+       {"No Such Font 4711", "SimSun,WenQuanYi Zen Hei", "DejaVu Sans", "", "WenQuanYi", "\xFF\xFE"}) {
+    EXPECT_EQ(tvSelectFont(dc, family, 16), -1) << family;
+  }
+  EXPECT_EQ(tvSelectFont(dc, nullptr, 16), -1);
+  for (const int height : {0, -16, 1001, INT_MIN}) EXPECT_EQ(tvSelectFont(dc, "WenQuanYi Zen Hei", height), -1);
+  EXPECT_EQ(Extent("W"), "13x21") << "the font selected before stays";
+
+  for (const char* family : {"wenquanyi ZEN hei", "文泉驿正黑", "sans-serif", "Monospace"}) {
+    EXPECT_EQ(tvSelectFont(dc, family, 16), 0) << family;
+  }
+  EXPECT_EQ(tvSelectFont(dc, "WenQuanYi Zen Hei", 32), 0);
+  EXPECT_EQ(Extent("\xB8\xDF").substr(0, 3), "32x");
+  EXPECT_EQ(tvSelectFont(dc, "WenQuanYi Zen Hei", 1000), 0);
+}
+
+TEST_F(TextMeasureTest, RefusesMissingTextAndMissingFonts) {
+  const Dc withoutFont(1, 1);
+  std::int32_t result[256];
+  EXPECT_EQ(tvTextExtent(dc, "ab", 1, nullptr, nullptr), 0) << "a result that nobody wants";
+  EXPECT_EQ(tvTextExtent(dc, nullptr, 1, result, result), -1);
+  EXPECT_EQ(tvTextExtent(dc, "ab", -1, result, result), -1);
+  EXPECT_EQ(tvCharWidths(dc, nullptr), -1);
+  EXPECT_EQ(tvTextExtent(withoutFont, "a", 1, result, result), -1);
+  EXPECT_EQ(tvCharWidths(withoutFont, result), -1);
+}
+
+}  // namespace
+}  // namespace tavimo::tests
