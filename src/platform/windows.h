@@ -30,6 +30,10 @@ std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_
 // Queues behind what waits; false when the window does not exist or the queue is full.
 bool PostToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept;
 
+// Takes the waiting messages of one number out of the queue: those of a window, or for null those of every window and
+// of none.
+void RemoveMessages(VcWindow window, std::uint32_t message) noexcept;
+
 [[nodiscard]] bool WindowExists(VcWindow window) noexcept;
 
 // The procedure a window has now; null for no window.

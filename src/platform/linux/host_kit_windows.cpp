@@ -30,7 +30,7 @@ void tvDestroyWindow(VcWindow window) VC_NOEXCEPT {
   if (!window) return;  // null stands for messages without a window, which stay
   platform::Desktop& desktop = platform::TheDesktop();
   desktop.windows.Remove(window);
-  desktop.messages.RemoveFor(window);
+  desktop.messages.RemoveIf([window](const platform::Message& message) { return message.window == window; });
 }
 
 intptr_t tvDefaultProc(VcWindow window, uint32_t message, uintptr_t wparam, intptr_t lparam) VC_NOEXCEPT {

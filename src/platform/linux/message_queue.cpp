@@ -35,13 +35,4 @@ std::size_t MessageQueue::WaitForFirst(int timeoutMs) noexcept {
   return count_;
 }
 
-void MessageQueue::RemoveFor(VcWindow window) noexcept {
-  const std::lock_guard lock(mutex_);
-  std::size_t kept = 0;
-  for (std::size_t place = 0; place < count_; ++place) {
-    if (At(place).window != window) At(kept++) = At(place);
-  }
-  count_ = kept;
-}
-
 }  // namespace tavimo::platform

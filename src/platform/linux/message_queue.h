@@ -34,8 +34,16 @@ class MessageQueue {
   // Waits up to timeoutMs (below 0: for ever) for a first message; how many wait then.
   std::size_t WaitForFirst(int timeoutMs) noexcept;
 
-  // Takes out every message for a window; the others keep their order.
-  void RemoveFor(VcWindow window) noexcept;
+  // Takes out every message that isUnwanted is true of; the others keep their order.
+  template <typename Predicate>
+  void RemoveIf(Predicate isUnwanted) noexcept {
+    const std::lock_guard lock(mutex_);
+    std::size_t kept = 0;
+    for (std::size_t place = 0; place < count_; ++place) {
+      if (!isUnwanted(At(place))) At(kept++) = At(place);
+    }
+    count_ = kept;
+  }
 
  private:
   [[nodiscard]] Message& At(std::size_t place) noexcept { return ring_[(first_ + place) % kCapacity]; }

@@ -83,6 +83,12 @@ bool PostToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam,
   return TheDesktop().messages.Push({window, message, wparam, lparam});
 }
 
+void RemoveMessages(VcWindow window, std::uint32_t message) noexcept {
+  TheDesktop().messages.RemoveIf([window, message](const Message& waiting) {
+    return waiting.number == message && (window == nullptr || waiting.window == window);
+  });
+}
+
 bool WindowExists(VcWindow window) noexcept { return TheDesktop().windows.Contains(window); }
 
 WindowProc GetWindowProc(VcWindow window) noexcept {
