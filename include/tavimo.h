@@ -8,8 +8,9 @@
  *
  *  1. Strings are zero-terminated byte strings in GBK (code page 936): bytes below 0x80 are ASCII, a character of two
  *     bytes starts with a byte of 0x81 or above. Paths separate folders with a backslash and may begin with a drive
- *     letter; "/" is understood too. On Linux "C:" is the root folder, and names are found without regard to case.
- *     A null path counts as a file that does not exist.
+ *     letter. Files open by paths with "/" too, but the places of side files are found by backslashes alone: hand over
+ *     backslashes. On Linux "C:" is the root folder, and names are found without regard to case. A null path counts as
+ *     a file that does not exist.
  *  2. Handles. VcWindow and VcDc are HWND and HDC on Windows, and handles of the host kit on Linux. A handle that is
  *     null or no longer valid receives nothing and shows nothing; it never crashes.
  *  3. Threads. Call every export from one thread, the user-interface thread. The engine starts one thread of its own,
@@ -71,7 +72,8 @@ extern "C" {
  * host-windows: the windows the engine notifies, and the two it stands in front of
  *
  * Messages the engine sends: WM_KEYUP (0x101) with VK_F11 (0x7A) posted to the window that received a dropped file;
- * WM_KEYUP with VK_F4 (0x73) sent to the main window after each recorded block.
+ * WM_KEYUP with VK_F4 (0x73) sent to the main window after each recorded block; PBM_SETPOS (0x402) posted to the level
+ * bar after each captured block.
  * ==================================================================================================================== */
 
 /** @brief Registers the window that receives the engine's notifications.
@@ -213,10 +215,156 @@ VC_API void VC_CALL vcCloseReadOnlyFile(void) VC_NOEXCEPT;
 VC_API void VC_CALL vcCloseWaveFile(int32_t mode) VC_NOEXCEPT;
 
 /* ======================================================================================================================
- * output-device: reserved for the playback position
- * tape-files: reserved for making, appending and saving tapes
- * capture: recording into a tape, and the silence parameters
+ * output-device: the device whose position is the learner's place in the tape
+ *
+ * The engine queues no sound on it; while a tape is recorded the position comes from the blocks captured.
  * ==================================================================================================================== */
+
+/** @brief Opens the output device in the format of the wave file last examined or opened; one that is open is closed
+ *         first.
+ *  @return 0.
+ *  @failure -1: the platform refuses.
+ *  @requires vcNewTapeFile, vcAppendTapeFile or vcIsWaveFile. */
+VC_API int32_t VC_CALL vcWaveOutOpenPlayFile(void) VC_NOEXCEPT;
+
+/** @brief Closes the output device, or leaves it, by a stop mode, and drops the capture messages that wait.
+ *
+ *  While capture runs the messages stay: a block whose message is dropped would never be used again.
+ *  @param stop_mode 1, 2, 3, 5, 6, 7, 11, 12 and 13 close; any other value does nothing.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcWaveOutClose(int32_t stop_mode) VC_NOEXCEPT;
+
+/** @brief Gives the current position: the tape's position, moved on by what the output device has played of a block.
+ *  @return milliseconds from the first sound byte; 0 for a position before it. Without a device the tape's position.
+ *  @failure none.
+ *  @requires an open tape. */
+VC_API int32_t VC_CALL vcGetWfOutTimePos(void) VC_NOEXCEPT;
+
+/** @brief A fixed answer that hosts still ask for.
+ *  @return always 0.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcReturnFileStopPos(void) VC_NOEXCEPT;
+
+/** @brief Does nothing; hosts still call it.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcPlaySample(void) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * tape-files: the wave files that receive the learner's voice
+ *
+ * Failures are shown in a box with the caption "Tavimo" and an "ErrorNo" that tells the step, and answered with -1.
+ * ==================================================================================================================== */
+
+/** @brief Sets the recording format. Every value is taken; the capture device refuses what makes no sense.
+ *  @param sample_rate samples per second.
+ *  @param bits_per_sample 8 or 16.
+ *  @param channels 1 or 2.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcSetTapeFileFormat(int32_t sample_rate, int32_t bits_per_sample, int32_t channels) VC_NOEXCEPT;
+
+/** @brief Creates a tape and opens it, positioned at the start of its sound; an existing file is emptied. A tape that is
+ *         open is closed first.
+ *  @param sample_rate samples per second; like the next two it becomes the recording format.
+ *  @param bits_per_sample 8 or 16.
+ *  @param channels 1 or 2.
+ *  @param path the tape, as a rule tmpwav\tmpmic.wav.
+ *  @return 0.
+ *  @failure -1 after a message.
+ *  @requires the tape's folder. */
+VC_API int32_t VC_CALL vcNewTapeFile(int32_t sample_rate, int32_t bits_per_sample, int32_t channels,
+                                     const char* path) VC_NOEXCEPT;
+
+/** @brief Opens a PCM wave file to record further into it, positioned at the start of its sound. Its format becomes the
+ *         recording format. A tape that is open is closed first.
+ *
+ *  The sound is taken to reach to the end of the file; chunks behind it count as sound.
+ *  @param path the wave file.
+ *  @return the duration of the sound in milliseconds, 0 or more.
+ *  @failure -1 after a message; no tape is open then.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcAppendTapeFile(const char* path) VC_NOEXCEPT;
+
+/** @brief Moves a closed tape to its lasting name, replacing a file that is there.
+ *  @param source_path the tape.
+ *  @param destination_path where it is to lie.
+ *  @return 0.
+ *  @failure -1: both files are as they were. No message.
+ *  @requires vcCloseWaveFile. */
+VC_API int32_t VC_CALL vcSaveTapeFile(const char* source_path, const char* destination_path) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * capture: the input device, recording into the tape, and the silence parameters
+ *
+ * The device returns blocks of 1256 bytes as MM_WIM_DATA messages to the window of vcSetWaveInAndOutWndProc. Of every
+ * block the level bar is posted the level (PBM_SETPOS); while the tape is recorded the block is appended to it, and the
+ * main window is sent WM_KEYUP with VK_F4. A block must be dispatched within about 170 ms at 22050 bytes a second, or
+ * sound is lost.
+ * ==================================================================================================================== */
+
+/** @brief Registers the progress bar that shows the input level, and sends it its range, 0 to 128.
+ *  @param bar the progress bar; null for none.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcSetRecordingVolumeBarHandle(VcWindow bar) VC_NOEXCEPT;
+
+/** @brief Opens the input device; blocks circulate and the level bar moves, but nothing is written yet.
+ *  @param sample_rate samples per second of the open tape; like the next two it becomes the recording format.
+ *  @param bits_per_sample 8 or 16.
+ *  @param channels 1 or 2.
+ *  @return 1 when the device runs with its four blocks queued.
+ *  @failure 0, without a message: the device is refused or already open (which goes on), or a block could not be queued;
+ *           the device may then be open: vcWaveInCloseForTape closes it.
+ *  @requires vcSetWaveInAndOutWndProc. */
+VC_API int32_t VC_CALL vcWaveInOpenForTape(int32_t sample_rate, int32_t bits_per_sample, int32_t channels) VC_NOEXCEPT;
+
+/** @brief Starts to append captured blocks to the tape, at its current position; sound behind that no longer counts.
+ *  @failure no tape is open: nothing happens.
+ *  @requires vcNewTapeFile or vcAppendTapeFile, vcWaveInOpenForTape. */
+VC_API void VC_CALL vcRecordTape(void) VC_NOEXCEPT;
+
+/** @brief Stops appending; the device goes on.
+ *  @return the duration of the tape's sound in milliseconds; 0 when no format is known.
+ *  @failure none.
+ *  @requires vcRecordTape. */
+VC_API int32_t VC_CALL vcStopRecordTape(void) VC_NOEXCEPT;
+
+/** @brief Stops the device; the block it was filling comes back and counts as a whole one.
+ *  @failure none.
+ *  @requires vcWaveInOpenForTape. */
+VC_API void VC_CALL vcPauseRecording(void) VC_NOEXCEPT;
+
+/** @brief Starts the device again after vcPauseRecording.
+ *  @failure none.
+ *  @requires vcPauseRecording. */
+VC_API void VC_CALL vcRestartRecording(void) VC_NOEXCEPT;
+
+/** @brief Closes the input device and drops the blocks that wait. The tape stays open. Does nothing when it is closed.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcWaveInCloseForTape(void) VC_NOEXCEPT;
+
+/** @brief Gives the duration of one block in the recording format.
+ *  @return milliseconds, about 56.96 for 22050 bytes a second; 0 when no format is set.
+ *  @failure 0.
+ *  @requires vcSetTapeFileFormat. */
+VC_API double VC_CALL vcGetRecordBufLenInTime(void) VC_NOEXCEPT;
+
+/** @brief Gives the disk space that recording takes.
+ *  @param seconds the duration.
+ *  @return millions of bytes, rounded down; 0 when no format is set.
+ *  @failure 0.
+ *  @requires vcSetTapeFileFormat. */
+VC_API int32_t VC_CALL vcCountDiskSpace(double seconds) VC_NOEXCEPT;
+
+/** @brief A fixed answer that hosts still ask for.
+ *  @return always 0.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcGetTimeToDisplay(void) VC_NOEXCEPT;
 
 /** @brief Sets the two parameters by which vcMakeSentence finds silence.
  *  @param threshold the loudest level that still counts as silent, 0 to 128; 10 at load.
@@ -231,7 +379,8 @@ VC_API void VC_CALL vcSetSilentParam(int32_t threshold, int32_t silence_ms) VC_N
  *
  * A digest has no header: byte k is the level of the 40 ms from k x 40 ms, taken from the last sample of that stretch.
  * The working digest of D:\lessons\unit1.wav is temp\unit1.tmp; one that lies beside the recording (D:\lessons\unit1.tmp)
- * is taken over by vcIfDigestFileExist. Paths are at most 199 bytes, the file name in one at most 99.
+ * is taken over by vcIfDigestFileExist. The makers take paths of at most 199 bytes; vcIfDigestFileExist takes such with a
+ * file name of at most 99.
  * ==================================================================================================================== */
 
 /** @brief Finds the current digest of a recording, or takes over the one beside it.
@@ -252,7 +401,8 @@ VC_API int32_t VC_CALL vcIfDigestFileExist(const char* recording_path) VC_NOEXCE
  *  @return 1 when the worker was started; 0 when it could not be, when one is already running (which goes on), or for
  *          a null path or one of more than 199 bytes.
  *  @failure a wave that cannot be opened or a digest that cannot be created: the percentage stays 0 and no file
- *           changes. A digest that could not be written whole: 1000, and no digest is in place.
+ *           changes. A digest that could not be written whole: 1000, and no digest is in place. After a result of 0
+ *           the percentage is still that of the job before.
  *  @requires the digest's folder. */
 VC_API int32_t VC_CALL vcMakeDigestFile(const char* source_path, const char* wave_path, const char* digest_path)
     VC_NOEXCEPT;
@@ -334,8 +484,46 @@ VC_API void VC_CALL vcDrawHalfDigestWave(VcDc dc, int32_t height, int32_t width,
 VC_API void VC_CALL vcDrawSrcDigestWave(VcDc dc, int32_t height, int32_t width, int32_t start_ms,
                                         int32_t levels_per_pair, int32_t from_bottom) VC_NOEXCEPT;
 
+/** @brief Draws the digest of the learner's recording, "tmpwav\tmpmic.tmp", as vcDrawSrcDigestWave draws the open one.
+ *  @param dc the device context.
+ *  @param height, width the area from (0, 0), in pixels; of a width above 2048 the first 2048 columns are drawn.
+ *  @param start_ms the time of the first column; a negative one is past the end.
+ *  @param levels_per_pair how many levels of 40 ms two columns average, at least 1.
+ *  @param from_bottom 0 centred on the middle line, nonzero bars of twice that height without a line.
+ *  @failure the digest cannot be opened: nothing is drawn.
+ *  @requires nothing; make the digest with vcSimpleMakeDigestFile. */
+VC_API void VC_CALL vcDrawManVoiceDigestWave(VcDc dc, int32_t height, int32_t width, int32_t start_ms,
+                                             int32_t levels_per_pair, int32_t from_bottom) VC_NOEXCEPT;
+
+/** @brief Draws the middle line of the recording's 600-column overview; its levels are never filled.
+ *  @param dc the device context.
+ *  @param height the area's height in pixels.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcDrawSrcWave(VcDc dc, int32_t height) VC_NOEXCEPT;
+
+/** @brief Draws the overview of the learner's voice: a line for each of columns 1 to 600, then the middle line.
+ *  @param dc the device context; the overview is 600 columns wide whatever the area.
+ *  @param height the area's height in pixels.
+ *  @failure none.
+ *  @requires vcSetVisualWaveDataMan. */
+VC_API void VC_CALL vcDrawManWave(VcDc dc, int32_t height) VC_NOEXCEPT;
+
 /* ======================================================================================================================
- * voice-overview: reserved for the learner's voice in 600 levels
+ * voice-overview: the learner's voice in 600 levels
+ * ==================================================================================================================== */
+
+/** @brief Reduces the learner's recording, "tmpwav\tmpmic.wav", to the 600 levels that vcDrawManWave draws.
+ *
+ *  The samples are taken as 16 bits whatever the format; at most the first 165,750 count. A recording of fewer than 600
+ *  samples shows nothing.
+ *  @param clear nonzero clears the overview and reads no file.
+ *  @return 0; 1 when the recording is longer than what is shown.
+ *  @failure -1 after a message; the overview stays as it was.
+ *  @requires a closed tape. */
+VC_API int32_t VC_CALL vcSetVisualWaveDataMan(int32_t clear) VC_NOEXCEPT;
+
+/* ======================================================================================================================
  * segmentation: cutting a recording into sentences
  * ==================================================================================================================== */
 
@@ -399,8 +587,8 @@ VC_API int32_t VC_CALL vcReadTmpIdx(uint32_t* starts_ms, int32_t count) VC_NOEXC
  *  @param recording_path the recording; it need not exist.
  *  @param starts_ms the starts, count unsigned 32-bit milliseconds.
  *  @param count how many.
- *  @failure the file cannot be written whole (no folder zud, disk full, path of more than 223 bytes): the earlier study
- *           file stays; the host is not told.
+ *  @failure the file cannot be written whole (no folder zud, disk full, path of more than 223 bytes), or starts_ms is
+ *           null for a count of 2 or more: the earlier study file stays; the host is not told.
  *  @requires the folder zud. */
 VC_API void VC_CALL vcWriteExtraFileData(const char* recording_path, const uint32_t* starts_ms,
                                          int32_t count) VC_NOEXCEPT;

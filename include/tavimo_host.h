@@ -130,6 +130,49 @@ VC_API int tvTextExtent(VcDc dc, const char* gbk, int count, int32_t* width, int
 /** Writes the picture as a PNG file, whole or not at all. Returns 0, or -1 when it could not be written. */
 VC_API int tvSavePng(VcDc dc, const char* native_path) VC_NOEXCEPT;
 
+/* ---- audio devices, chosen before the engine opens them ------------------------------------------------------------ */
+
+/** Chooses the device that vcWaveInOpenForTape opens from now on; one that is open stays. device is one of
+ *    "default"           the sound system's own choice; so it is without a call of this, unless the environment variable
+ *                        TAVIMO_WAVE_INPUT names another device in the same way
+ *    a device's name     from tvListDevices, or the description that people know it by
+ *    "none"              as on a machine without a microphone: opening is refused
+ *    "host"              tvFeedWaveInput brings the sound
+ *    "file:NATIVE_PATH"  a PCM wave file of 8 or 16 bits, named as tvEnginePath takes it; its sound, converted, at the
+ *                        pace of real time, then silence
+ *  Null takes the choice back. Returns 0, or -1 when device is empty or the file is no such file; the choice then stays.
+ *  Whether a named device is there turns out when it is opened. */
+VC_API int tvUseWaveInput(const char* device) VC_NOEXCEPT;
+
+/** Brings sound in the format in which the engine has opened the "host" device: fills the blocks that are queued, in
+ *  order, and posts each full one. Returns the bytes taken, 0 to count: those for which a block was queued, and none
+ *  while the device is stopped. -1 when no "host" device is open, bytes is null or count is below 0. */
+VC_API int tvFeedWaveInput(const void* bytes, int count) VC_NOEXCEPT;
+
+/** Chooses the device that vcWaveOutOpenPlayFile and tvPlayWave open from now on, in the way of tvUseWaveInput: "default"
+ *  (environment variable TAVIMO_WAVE_OUTPUT), a name, "none", or "host", whose position tvAdvanceWaveOutput moves. Returns
+ *  0, or -1 when device is empty or a file. */
+VC_API int tvUseWaveOutput(const char* device) VC_NOEXCEPT;
+
+/** Adds bytes to what every open "host" output device has played, those that are paused apart. Returns 0, or -1 when none
+ *  is open. */
+VC_API int tvAdvanceWaveOutput(uint32_t bytes) VC_NOEXCEPT;
+
+/** Lists the names of the input devices (input not 0) or of the output devices, each with a line feed behind it; the first
+ *  is "default". The text is empty when no sound system answers, which may take three seconds. Returns the bytes written
+ *  with the terminating zero, or -1 when names_utf8 is null or size, its room in bytes, too small. */
+VC_API int tvListDevices(int input, char* names_utf8, int size) VC_NOEXCEPT;
+
+/** Begins to play a copy of PCM sound on the chosen output device, in place of what plays; bytes behind the last whole
+ *  frame are left out. Returns 0, or -1 when there is no device, less than a frame of sound, or a format other than 8 or
+ *  16 bits, 1 or 2 channels and 1000 to 192000 Hz; what plays then goes on. */
+VC_API int tvPlayWave(const void* bytes, int byte_count, int sample_rate, int bits_per_sample,
+                      int channels) VC_NOEXCEPT;
+
+/** How much of the sound has been heard, in milliseconds; -1 when nothing plays, not any more or never. */
+VC_API int tvPlayedMs(void) VC_NOEXCEPT;
+VC_API void tvStopPlaying(void) VC_NOEXCEPT;
+
 #if defined(__cplusplus)
 }
 #endif

@@ -1,13 +1,18 @@
-// The door of the core: host windows and their hooks, wave-file checks, and the open tape's times and positions.
+// The door of the core: host windows and their hooks, wave-file checks, the open tape's times and positions, and the
+// output device.
 #include <string_view>
 
 #include "core/arithmetic.h"
 #include "core/core_state.h"
 #include "core/fixed_text.h"
+#include "core/output_device.h"
 #include "core/text_compare.h"
 #include "core/time_model.h"
-#include "core/wave_header.h"
+#include "core/wave_check.h"
+#include "core/window_hook.h"
 #include "platform/windows.h"
+#include "recording/block_handler.h"
+#include "recording/recording_state.h"
 #include "tavimo.h"
 
 namespace {
@@ -24,28 +29,14 @@ std::intptr_t VC_CALL DropWindowProc(VcWindow window, std::uint32_t message, std
   return platform::PostToWindow(window, platform::kMessageKeyUp, platform::kKeyF11, 0) ? 1 : 0;
 }
 
-// Puts procedure in front of window and keeps what was there. A window hooked before is given back its own procedure,
-// else its messages would go to the new window's host.
-void Hook(VcWindow window, platform::WindowProc procedure, VcWindow& hookedWindow, platform::WindowProc& hostProc) {
-  if (!platform::WindowExists(window) || platform::GetWindowProc(window) == procedure) return;
-  if (hookedWindow != window && platform::GetWindowProc(hookedWindow) == procedure) {
-    platform::SetWindowProc(hookedWindow, hostProc);
-  }
-  hookedWindow = window;
-  hostProc = platform::GetWindowProc(window);
-  platform::SetWindowProc(window, procedure);
+core::WindowHook DropHook() noexcept {
+  core::HostWindows& windows = State().hostWindows;
+  return {DropWindowProc, windows.dropWindow, windows.dropHostProc};
 }
 
-bool IsPlayable(const core::PcmFormat& format) noexcept {
-  return format.formatTag == core::kPcmFormatTag && (format.bitsPerSample == 8 || format.bitsPerSample == 16);
-}
-
-// Examines a file into the given records, which keep what was read also when a later step fails.
-bool ExamineWaveFile(const char* path, platform::ChunkInfo& riff, platform::ChunkInfo& sub,
-                     core::PcmFormat& format) noexcept {
-  platform::RiffFile file = platform::RiffFile::Open(path, platform::OpenMode::Read);
-  if (!file.IsOpen()) return false;
-  return core::EnterFormat(file, riff, sub, format) == core::WaveFault::None && IsPlayable(format);
+core::WindowHook WaveHook() noexcept {
+  core::HostWindows& windows = State().hostWindows;
+  return {HidedWndProcIn, windows.waveWindow, windows.waveHostProc};
 }
 
 }  // namespace
@@ -56,18 +47,15 @@ void VC_CALL vcSetMainWnd(VcWindow window) noexcept { State().hostWindows.mainWi
 
 void VC_CALL vcSetDebugWnd(VcWindow window) noexcept { State().hostWindows.debugWindow = window; }
 
-void VC_CALL vcSetPlayFormWndProc(VcWindow window) noexcept {
-  core::HostWindows& windows = State().hostWindows;
-  Hook(window, DropWindowProc, windows.dropWindow, windows.dropHostProc);
-}
+void VC_CALL vcSetPlayFormWndProc(VcWindow window) noexcept { core::PutInFront(DropHook(), WaveHook(), window); }
 
 void VC_CALL vcSetWaveInAndOutWndProc(std::intptr_t /*ignored*/, VcWindow window) noexcept {
-  core::HostWindows& windows = State().hostWindows;
-  Hook(window, HidedWndProcIn, windows.waveWindow, windows.waveHostProc);
+  core::PutInFront(WaveHook(), DropHook(), window);
 }
 
 std::intptr_t VC_CALL HidedWndProcIn(VcWindow window, std::uint32_t message, std::uintptr_t wparam,
                                      std::intptr_t lparam) noexcept {
+  if (message == platform::kMessageWaveInData) recording::HandleReturnedBlock();
   return platform::CallProc(State().hostWindows.waveHostProc, window, message, wparam, lparam);
 }
 
@@ -85,13 +73,13 @@ std::int32_t VC_CALL vcIsWaveFile(const char* path) noexcept {
   core::CoreState& state = State();
   core::CurrentWaveFile& tape = state.currentWaveFile;
   if (!tape.mmioHandle.IsOpen()) {
-    return ExamineWaveFile(path, tape.riffChunk, tape.subChunk, state.currentFormat) ? 1 : 0;
+    return core::IsPlayableWaveFile(path, tape.riffChunk, tape.subChunk, state.currentFormat) ? 1 : 0;
   }
   // The tape that is open still needs its records.
   platform::ChunkInfo riff;
   platform::ChunkInfo sub;
   core::PcmFormat format;
-  return ExamineWaveFile(path, riff, sub, format) ? 1 : 0;
+  return core::IsPlayableWaveFile(path, riff, sub, format) ? 1 : 0;
 }
 
 std::int32_t VC_CALL vcIsMp3File(const char* path) noexcept {
@@ -138,5 +126,29 @@ void VC_CALL vcCloseWaveFile(std::int32_t mode) noexcept {
   if (mode == kAppended) return core::CloseWithDataLength(tape);
   tape.mmioHandle.Close();
 }
+
+std::int32_t VC_CALL vcWaveOutOpenPlayFile() noexcept {
+  return core::OpenOutputDevice(State().outputDevice, State().currentFormat) ? 0 : -1;
+}
+
+void VC_CALL vcWaveOutClose(std::int32_t stop_mode) noexcept {
+  if (!core::StopModeCloses(stop_mode)) return;
+  // While capture runs its blocks stay: one whose message is removed would never be queued again.
+  if (!recording::State().captureRing.captureActive) platform::RemoveMessages(nullptr, platform::kMessageWaveInData);
+  core::CloseOutputDevice(State().outputDevice);
+}
+
+std::int32_t VC_CALL vcGetWfOutTimePos() noexcept {
+  const core::CoreState& state = State();
+  const bool paused = recording::State().captureRing.paused;
+  const std::int32_t played = core::PlayedBytesInBlock(
+      state.outputDevice, paused ? core::AskPosition::Paused : core::AskPosition::WhilePlaying);
+  const core::CurrentWaveFile& tape = state.currentWaveFile;
+  return core::FileOffsetToTime(state.currentFormat, tape.dataOffset, core::WrappingAdd(played, tape.filePosition));
+}
+
+std::int32_t VC_CALL vcReturnFileStopPos() noexcept { return 0; }
+
+void VC_CALL vcPlaySample() noexcept {}
 
 }  // extern "C"

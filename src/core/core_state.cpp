@@ -1,5 +1,7 @@
 #include "core/core_state.h"
 
+#include "core/output_device.h"
+
 namespace tavimo::core {
 
 namespace {
@@ -8,6 +10,9 @@ constinit CoreState coreState;
 
 CoreState& State() noexcept { return coreState; }
 
-void ResetState() noexcept { coreState = CoreState{}; }
+void ResetState() noexcept {
+  CloseOutputDevice(coreState.outputDevice);
+  coreState = CoreState{};
+}
 
 }  // namespace tavimo::core

@@ -3,23 +3,16 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "core/current_wave_file.h"
 #include "core/pcm_format.h"
+#include "core/tape_format.h"
+#include "platform/audio.h"
 #include "platform/windows.h"
 
 namespace tavimo::core {
-
-// The three integers and deviceFormat agree only after vcSetTapeFileFormat; whatever opens a tape or the capture device
-// calls it first.
-struct TapeFormat {
-  std::int32_t sampleRate = 11025;
-  std::int32_t bitsPerSample = 0;
-  std::int32_t channels = 0;
-  PcmFormat deviceFormat{kPcmFormatTag, 1, 22050, 22050, 1, 8};
-  std::int32_t samplesPerLevel = 0;  // frames in one 40 ms level
-};
 
 struct HostWindows {
   VcWindow mainWindow = nullptr;
@@ -27,23 +20,26 @@ struct HostWindows {
   VcWindow dropWindow = nullptr;
   VcWindow waveWindow = nullptr;
   VcWindow levelBar = nullptr;
-  platform::WindowProc dropHostProc = nullptr;
+  platform::WindowProc dropHostProc = nullptr;  // what stood in dropWindow before the engine's procedure
   platform::WindowProc waveHostProc = nullptr;
 };
 
 inline constexpr int kDropBufferBytes = 298;
+inline constexpr std::size_t kVoiceReadBytes = 1356;
 
 struct CoreState {
   PcmFormat currentFormat;  // of the wave file last examined or opened
   CurrentWaveFile currentWaveFile;
   TapeFormat tapeFormat;
   HostWindows hostWindows;
-  std::array<char, kDropBufferBytes> dropBuffer{};  // path of the last dropped file
+  platform::WaveOutput outputDevice = 0;
+  std::array<char, kDropBufferBytes> dropBuffer{};              // path of the last dropped file
+  std::array<std::uint8_t, kVoiceReadBytes> voiceReadBuffer{};  // recorded samples on their way to the overview
 };
 
 CoreState& State() noexcept;
 
-// Back to the state at load; an open tape is closed as it is.
+// Back to the state at load; an open tape is closed as it is, an open output device too.
 void ResetState() noexcept;
 
 }  // namespace tavimo::core

@@ -47,7 +47,7 @@ bool WriteShortened(FileStream& digest, std::int64_t period) noexcept {
 
 void AdjustDigest(const char* digestPath, std::int32_t durationMs) noexcept {
   FileStream digest = FileStream::Open(digestPath, OpenMode::Read);
-  if (!digest.IsOpen()) return;
+  if (!digest.IsOpen() || platform::IsSameFile(digestPath, kTemporaryDigest)) return;
   const std::int64_t period = DropPeriod(digest.Length(), durationMs);
   platform::FileTime time;
   if (period < 0 || !platform::GetLastWriteTime(digestPath, time)) return;

@@ -24,7 +24,8 @@ struct DigestJob {
   std::atomic<std::int32_t> percentage = 0;  // with kWorkerRuns added while a worker runs
 };
 
-// Takes the job for a worker. False when one runs, or a path is empty or longer than 199 bytes: nothing changes.
+// Takes the job for a worker. False when one runs (which goes on untouched), or when a path is empty or longer than 199
+// bytes; the percentage stays what it was.
 [[nodiscard]] bool BeginJob(DigestJob& job, const char* source, const char* wave, const char* digest) noexcept;
 
 // Gives back a job whose worker could not be started.

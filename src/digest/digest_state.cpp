@@ -13,6 +13,7 @@ void ResetState() noexcept {
   digestState.digestJob.percentage.store(0);
   digestState.currentDigest.Close();
   digestState.digestColumns = {};
+  digestState.voiceVisualTable = {};
 }
 
 }  // namespace tavimo::digest

@@ -1,5 +1,6 @@
 #include "digest/digest_summary.h"
 
+#include <algorithm>
 #include <span>
 
 #include "digest/block_levels.h"
@@ -13,6 +14,11 @@ using waveedit::WaveDataFile;
 
 namespace {
 
+// Synced: a digest counts as current by its time alone, so an empty one that a power cut left would pass for ever.
+SummaryEnd Place(ReplacementFile& digest) noexcept {
+  return digest.Commit(ReplacementFile::Durability::Synced) ? SummaryEnd::Written : SummaryEnd::CannotFinish;
+}
+
 SummaryEnd WriteRest(const BlockLevels& blocks, SummaryProgress progress, ReplacementFile& digest,
                      SummaryObserver& observer) noexcept {
   std::uint8_t level = 0;
@@ -22,7 +28,7 @@ SummaryEnd WriteRest(const BlockLevels& blocks, SummaryProgress progress, Replac
     progress.bytesDone = blocks.BytesTaken();
     if (observer.OnPiece(progress) == Continue::No) return SummaryEnd::Stopped;
   }
-  return digest.Commit(ReplacementFile::Durability::Cached) ? SummaryEnd::Written : SummaryEnd::CannotFinish;
+  return Place(digest);
 }
 
 SummaryEnd WriteLevels(WaveDataFile& wave, BlockShape shape, ReplacementFile& digest, SummaryWorkspace& workspace,
@@ -50,11 +56,24 @@ SummaryEnd WriteDigest(WaveDataFile& wave, const char* digestPath, SummaryWorksp
   const waveedit::WaveInfo info = waveedit::InfoOf(wave);
   const BlockShape shape = ShapeOfBlocks(info.channels, info.bitsPerSample, info.sampleRate);
   if (shape.blockBytes > 0) return WriteLevels(wave, shape, digest, workspace, observer);
-  // A rate below 25 has no block of 40 ms: an empty digest.
-  return digest.Commit(ReplacementFile::Durability::Cached) ? SummaryEnd::Written : SummaryEnd::CannotFinish;
+  return Place(digest);  // a rate below 25 has no block of 40 ms: an empty digest
 }
 
 }  // namespace
+
+bool ProgressSteps::Next(const SummaryProgress& progress, std::int32_t& percent) noexcept {
+  constexpr std::int64_t kStepBlocks = 1024;
+  while (nextBlock_ <= progress.blocksDone) {
+    const std::int64_t bytes = std::min(nextBlock_ * progress.blockBytes, progress.bytesDone);
+    const std::int64_t reached = bytes * 100 / progress.dataLength;
+    nextBlock_ += kStepBlocks;
+    if (reached <= highest_) continue;
+    highest_ = reached;
+    percent = static_cast<std::int32_t>(reached);
+    return true;
+  }
+  return false;
+}
 
 SummaryEnd SummarizeWave(const char* wavePath, const char* digestPath, SummaryWorkspace& workspace,
                          SummaryObserver& observer) noexcept {

@@ -24,6 +24,17 @@ struct SummaryProgress {
   std::int64_t dataLength = 0;  // as the data chunk says
 };
 
+// Progress as a bar is told it: looked at after every 1024th block, and only when the percentage has risen.
+class ProgressSteps {
+ public:
+  // False when there is nothing more to tell for now.
+  [[nodiscard]] bool Next(const SummaryProgress& progress, std::int32_t& percent) noexcept;
+
+ private:
+  std::int64_t nextBlock_ = 1024;
+  std::int64_t highest_ = 0;
+};
+
 enum class Continue { Yes, No };
 
 class SummaryObserver {

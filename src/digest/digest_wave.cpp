@@ -20,6 +20,11 @@ std::int32_t ScaledHeight(double level, std::int32_t scale) noexcept {
   return core::TruncateToInt32(level * 0.0078125 * scale);
 }
 
+// The same scale; the level times the height comes first, which truncates alike because both are whole.
+std::int32_t OverviewHeight(std::uint32_t level, std::int32_t scale) noexcept {
+  return core::TruncateToInt32(static_cast<double>(level) * scale * 0.0078125);
+}
+
 // Signed product, unsigned division: a negative time lies far past the end of any digest.
 std::uint32_t HalfWaveStart(std::int32_t startMs, std::int32_t levelsPerSecond) noexcept {
   return static_cast<std::uint32_t>(core::WrappingMultiply(levelsPerSecond, startMs)) / 1000;
@@ -41,8 +46,11 @@ std::int32_t FillColumns(LevelReader& levels, std::int32_t pairs, std::int32_t l
 // drawing shows.
 std::int32_t ColumnHeight(const DigestColumns& columns, std::int32_t filled, std::int32_t x) noexcept {
   if (filled == 0) return 0;
-  const auto entry = [&](std::int32_t i) { return columns[static_cast<std::size_t>(std::min(i, filled - 1))]; };
-  return x % 2 == 0 ? entry(x / 2) : (entry(x / 2) + entry(x / 2 + 1)) / 2;
+  const auto entry = [&](std::int32_t i) -> std::int64_t {
+    return columns[static_cast<std::size_t>(std::min(i, filled - 1))];
+  };
+  const std::int64_t height = x % 2 == 0 ? entry(x / 2) : (entry(x / 2) + entry(x / 2 + 1)) / 2;
+  return static_cast<std::int32_t>(height);
 }
 
 }  // namespace
@@ -83,12 +91,23 @@ void DrawDigestWave(platform::FileStream& digest, const WaveArea& area, std::int
     const std::int32_t height = ColumnHeight(columns, filled, x);
     if (height == 0) continue;
     if (style == FullWave::Centred) {
-      platform::DrawLine(area.dc, x, middle - height, x, core::WrappingAdd(middle, height) + 1);
+      platform::DrawLine(area.dc, x, middle - height, x, core::HoldToInt32(std::int64_t{middle} + height + 1));
     } else {
       // Bars before an early end are one pixel taller; hosts have always shown them so.
       platform::DrawLine(area.dc, x, 2 * middle - height - (endedEarly ? 1 : 0), x, 2 * middle);
     }
   }
+}
+
+void DrawOverview(VcDc dc, std::int32_t height, std::span<const std::uint32_t, kOverviewColumns> levels) noexcept {
+  constexpr std::int32_t kColumns = static_cast<std::int32_t>(kOverviewColumns);
+  if (height < 1) return;
+  const std::int32_t middle = height / 2;
+  for (std::int32_t x = 1; x <= kColumns; ++x) {
+    const std::int32_t reach = OverviewHeight(levels[static_cast<std::size_t>(x - 1)], middle);
+    platform::DrawLine(dc, x, core::HoldToInt32(std::int64_t{middle} + reach), x, middle - reach);
+  }
+  platform::DrawLine(dc, 0, middle, kColumns, middle);
 }
 
 }  // namespace tavimo::digest

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
+#include "digest/voice_overview.h"
 #include "platform/files.h"
 #include "tavimo.h"
 
@@ -31,5 +33,8 @@ enum class FullWave { Centred, FromBottom };
 
 void DrawDigestWave(platform::FileStream& digest, const WaveArea& area, std::int32_t levelsPerPair, FullWave style,
                     DigestColumns& columns) noexcept;
+
+// The 600-column overview of levels held in memory: columns 1 to 600, then the middle line over them.
+void DrawOverview(VcDc dc, std::int32_t height, std::span<const std::uint32_t, kOverviewColumns> levels) noexcept;
 
 }  // namespace tavimo::digest

@@ -8,6 +8,12 @@ constinit RecordingState recordingState;
 
 RecordingState& State() noexcept { return recordingState; }
 
-void ResetState() noexcept { recordingState = {}; }
+void ResetState() noexcept {
+  if (recordingState.captureRing.inputDevice != 0) {
+    StopCapture(recordingState.captureRing);
+    ReleaseCapture(recordingState.captureRing);
+  }
+  recordingState = {};
+}
 
 }  // namespace tavimo::recording

@@ -16,7 +16,7 @@
 
 namespace tavimo::platform {
 
-enum class HandleKind : std::uintptr_t { Window = 1, DeviceContext = 2, Drop = 3 };
+enum class HandleKind : std::uintptr_t { Window = 1, DeviceContext = 2, Drop = 3, AudioInput = 4, AudioOutput = 5 };
 
 template <class T, HandleKind kKind>
 class HandleTable {
@@ -45,6 +45,13 @@ class HandleTable {
     Slot& slot = slots_[handle % kCapacity];
     ++slot.generation;
     return std::move(slot.object);
+  }
+
+  template <class Visitor>
+  void ForEach(Visitor visit) const {
+    for (const Slot& slot : slots_) {
+      if (slot.object) visit(*slot.object);
+    }
   }
 
   template <class Predicate>

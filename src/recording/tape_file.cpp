@@ -1,0 +1,122 @@
+#include "recording/tape_file.h"
+
+#include "core/arithmetic.h"
+#include "core/wave_header.h"
+#include "platform/files.h"
+
+namespace tavimo::recording {
+
+using core::WrappingMultiply;
+using platform::OpenMode;
+using platform::RiffFile;
+
+namespace {
+
+TapeFault FaultOf(core::CreateFault fault) noexcept {
+  switch (fault) {
+    case core::CreateFault::None:
+      return TapeFault::None;
+    case core::CreateFault::NoRiffChunk:
+      return TapeFault::CannotCreateRiff;
+    case core::CreateFault::NoFormatChunk:
+      return TapeFault::CannotCreateFormat;
+    case core::CreateFault::FormatUnwritten:
+      return TapeFault::CannotWriteFormat;
+    case core::CreateFault::FormatNotLeft:
+      return TapeFault::CannotLeaveFormat;
+    case core::CreateFault::NoDataChunk:
+      return TapeFault::CannotCreateData;
+  }
+  return TapeFault::CannotCreate;
+}
+
+TapeFault FaultOf(core::WaveFault fault) noexcept {
+  switch (fault) {
+    case core::WaveFault::None:
+      return TapeFault::None;
+    case core::WaveFault::NoFirstChunk:
+      return TapeFault::NoFirstChunk;
+    case core::WaveFault::NotWave:
+      return TapeFault::NotWave;
+    case core::WaveFault::NoFormatChunk:
+      return TapeFault::NoFormatChunk;
+    case core::WaveFault::ShortFormatChunk:
+      return TapeFault::ShortFormatChunk;
+    case core::WaveFault::FormatUnreadable:
+      return TapeFault::FormatUnreadable;
+    case core::WaveFault::FormatNotLeft:
+      return TapeFault::FormatNotLeft;
+    case core::WaveFault::NoDataChunk:
+      return TapeFault::NoDataChunk;
+  }
+  return TapeFault::NotWave;
+}
+
+TapeFault EnterTape(core::CurrentWaveFile& tape, core::PcmFormat& format) noexcept {
+  RiffFile& file = tape.mmioHandle;
+  const core::WaveFault atFormat = core::EnterFormat(file, tape.riffChunk, tape.subChunk, format);
+  if (atFormat != core::WaveFault::None) return FaultOf(atFormat);
+  if (format.formatTag != core::kPcmFormatTag) return TapeFault::NotPcm;
+  return FaultOf(core::EnterData(file, tape.riffChunk, tape.subChunk));
+}
+
+}  // namespace
+
+void SetTapeFormat(core::TapeFormat& format, std::int32_t rate, std::int32_t bits, std::int32_t channels) noexcept {
+  constexpr std::int32_t kLevelsPerSecond = 25;
+  format.sampleRate = rate;
+  format.bitsPerSample = bits;
+  format.channels = channels;
+  format.samplesPerLevel = rate / kLevelsPerSecond;
+  const std::int32_t sampleBytes = bits / 8;
+  format.deviceFormat = {
+      core::kPcmFormatTag,
+      static_cast<std::uint16_t>(channels),
+      static_cast<std::uint32_t>(rate),
+      static_cast<std::uint32_t>(WrappingMultiply(WrappingMultiply(sampleBytes, rate), channels)),
+      static_cast<std::uint16_t>(WrappingMultiply(sampleBytes, channels)),
+      static_cast<std::uint16_t>(bits),
+  };
+}
+
+TapeFault NewTape(const char* path, const core::TapeFormat& tapeFormat, core::CurrentWaveFile& tape,
+                  core::PcmFormat& currentFormat) noexcept {
+  tape.riffChunk = {};
+  tape.subChunk = {};
+  tape.mmioHandle = RiffFile::Open(path, OpenMode::Create);
+  if (!tape.mmioHandle.IsOpen()) return TapeFault::CannotCreate;
+  currentFormat = tapeFormat.deviceFormat;
+  const core::CreateFault fault =
+      core::CreateWave(tape.mmioHandle, tape.riffChunk, tape.subChunk, currentFormat, core::FormatChunk::Extended);
+  if (fault != core::CreateFault::None) return FaultOf(fault);
+  tape.dataOffset = static_cast<std::int32_t>(tape.subChunk.dataOffset);
+  tape.filePosition = tape.dataOffset;
+  tape.dataLength = 0;
+  return TapeFault::None;
+}
+
+TapeFault AppendTape(const char* path, core::CurrentWaveFile& tape, core::PcmFormat& currentFormat) noexcept {
+  tape.mmioHandle.Close();
+  const platform::FileStream readable = platform::FileStream::Open(path, OpenMode::Read);
+  if (!readable.IsOpen()) return TapeFault::CannotRead;
+  tape.mmioHandle = RiffFile::Open(path, OpenMode::ReadWrite);
+  if (!tape.mmioHandle.IsOpen()) return TapeFault::CannotWrite;
+  const TapeFault fault = EnterTape(tape, currentFormat);
+  if (fault != TapeFault::None) {
+    tape.mmioHandle.Close();
+    return fault;
+  }
+  tape.dataOffset = static_cast<std::int32_t>(tape.subChunk.dataOffset);
+  tape.filePosition = tape.dataOffset;
+  tape.dataLength = core::HoldToInt32(readable.Length() - tape.dataOffset);
+  return TapeFault::None;
+}
+
+bool SaveTape(const char* source, const char* destination) noexcept {
+  if (platform::MoveFileTo(source, destination)) return true;
+  if (!platform::CopyFileOver(source, destination)) return false;
+  platform::RemoveFile(source);
+  return true;
+}
+
+}  // namespace tavimo::recording

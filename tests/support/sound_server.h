@@ -1,0 +1,52 @@
+// A sound server of a test's own, without hardware: what is played into its sink is heard by its microphone. While it
+// lives, the environment of the process leads every client to it.
+#pragma once
+
+#include <sys/types.h>
+
+#include <array>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace tavimo::tests {
+
+class SoundServer {
+ public:
+  static constexpr const char* kSink = "test_sink";
+  static constexpr const char* kMicrophone = "test_microphone";
+  static constexpr const char* kMicrophoneDescription = "Test microphone";
+
+  // Whether there is a server program to start; a test without one skips with kMissing as its reason.
+  static bool IsInstalled();
+  static constexpr const char* kMissing = "no sound server here: the program pulseaudio is not installed";
+
+  SoundServer();  // starts
+  SoundServer(const SoundServer&) = delete;
+  SoundServer& operator=(const SoundServer&) = delete;
+  ~SoundServer();
+
+  // False when the server did not come up; its words are in Log.
+  bool Start();
+  void Kill();
+
+  // A frozen server takes connections and answers none.
+  void Freeze() const;
+  void Thaw() const;
+
+  [[nodiscard]] bool IsRunning() const { return process_ > 0; }
+  [[nodiscard]] std::string Log() const;
+
+ private:
+  [[nodiscard]] bool AnswersWithin(int timeoutMs) const;
+
+  struct Variable {
+    const char* name;
+    std::optional<std::string> before;
+  };
+  std::filesystem::path folder_;
+  std::array<Variable, 4> variables_;
+  pid_t process_ = -1;
+};
+
+}  // namespace tavimo::tests
