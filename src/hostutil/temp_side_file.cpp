@@ -25,7 +25,10 @@ bool EnsureSideFile(const char* recordingPath, std::string_view extension) noexc
   const char* working = paths.working.CString();
   if (FileExists(working) && platform::IsSameTimeFiles(recordingPath, working)) return true;
   if (!FileExists(paths.beside.CString())) return false;
+  // Files on a disc are read-only, and a copy is as read-only as its source: it would bar the way for the next disc's.
+  platform::ResetAttributes(working);
   platform::CopyFileOver(paths.beside.CString(), working);
+  platform::ResetAttributes(working);
   return true;
 }
 

@@ -66,7 +66,8 @@ void ReadValuePair(FileStream& file, std::int32_t index, std::uint32_t* first, s
 bool StoreStudyFile(const StudyPaths& paths, const BookMarkTable& table, const std::uint32_t* startsMs,
                     std::int32_t count) noexcept {
   const char* path = paths.studyFolder.CString();
-  const bool hasStarts = count >= 2 && startsMs != nullptr;
+  const bool hasStarts = count >= 2;
+  if (hasStarts && startsMs == nullptr) return false;
   if (hostutil::FileExists(path)) platform::ResetAttributes(path);
   if (!hasStarts && !table.HasAnyTime()) return platform::RemoveFile(path);
   StartTableWriter writer;

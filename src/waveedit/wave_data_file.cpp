@@ -76,8 +76,10 @@ void WaveDataSeekTime(WaveDataFile& file, std::int32_t timeMs) noexcept {
 
 void WaveDataClose(WaveDataFile& file) noexcept {
   if (!file.mmioHandle.IsOpen()) return;
-  const bool left = file.mmioHandle.Ascend(file.subChunk) && file.mmioHandle.Ascend(file.riffChunk);
-  if (!file.mmioHandle.Close() || !left) file.failed = true;
+  // Each step is tried whatever became of the one before: a file without its last sizes is no wave file any more.
+  if (!file.mmioHandle.Ascend(file.subChunk)) file.failed = true;
+  if (!file.mmioHandle.Ascend(file.riffChunk)) file.failed = true;
+  if (!file.mmioHandle.Close()) file.failed = true;
 }
 
 std::int32_t TimeToSegmentOffset(const core::PcmFormat& format, std::int32_t timeMs) noexcept {

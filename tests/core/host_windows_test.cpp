@@ -48,8 +48,22 @@ TEST_F(HostWindowsTest, RegisteredTwiceKeepTheHostsOwnProcedure) {
     EXPECT_EQ(tvSendMessage(window, 0x400, 0, 0), 4711);
   }
   vcSetPlayFormWndProc(window);  // both hooks on one window
+  vcSetWaveInAndOutWndProc(0, window);
   vcSetPlayFormWndProc(window);
   EXPECT_EQ(tvSendMessage(window, 0x400, 0, 0), 4711);
+}
+
+TEST_F(HostWindowsTest, ReplacedUnderTheOtherHookAnswerWithTheirOwnProcedures) {
+  const Window first(TV_WINDOW, nullptr, HostProc);
+  const Window second(TV_WINDOW, nullptr, OtherHostProc);
+  vcSetPlayFormWndProc(first);
+  vcSetWaveInAndOutWndProc(0, first);
+  vcSetPlayFormWndProc(second);
+  EXPECT_EQ(tvSendMessage(first, 0x400, 0, 0), 4711);
+  EXPECT_EQ(tvSendMessage(second, 0x400, 0, 0), 4712);
+  vcSetWaveInAndOutWndProc(0, second);
+  EXPECT_EQ(tvSendMessage(first, 0x400, 0, 0), 4711);
+  EXPECT_EQ(tvSendMessage(second, 0x400, 0, 0), 4712);
 }
 
 TEST_F(HostWindowsTest, ReplacedByAnotherAnswerWithTheirOwnProcedures) {

@@ -55,6 +55,15 @@ TEST_F(DigestFiles, AreCurrentOnlyWithTheTimeOfTheirRecording) {
   WriteText("lessons/unit1.tmp", "prebuilt");
   EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 1);
   EXPECT_EQ(ReadBytes("temp/unit1.tmp"), ReadBytes("lessons/unit1.tmp")) << "copied whatever its time";
+
+  // Two discs with a recording of one name each: files on a disc are read-only.
+  fs::create_directory("disc2");
+  WriteText("disc2/unit1.wav", "another recording");
+  WriteText("disc2/unit1.tmp", "another digest");
+  for (const char* digest : {"lessons/unit1.tmp", "disc2/unit1.tmp"}) fs::permissions(digest, fs::perms::owner_read);
+  EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 1);
+  EXPECT_EQ(vcIfDigestFileExist("disc2\\unit1.wav"), 1);
+  EXPECT_EQ(ReadBytes("temp/unit1.tmp"), ReadBytes("disc2/unit1.tmp"));
 }
 
 TEST_F(DigestFiles, AreOpenedOneAtATime) {
@@ -112,6 +121,9 @@ TEST_F(DigestFiles, StayAsTheyAreWhenTheyCannotBeShortened) {
   fs::permissions("temp/a.tmp", fs::perms::owner_read);
   vcAdjustDigestFile("temp\\a.tmp", 2000);
   EXPECT_EQ(ReadBytes("temp/a.tmp"), Numbered(100)) << "read-only";
+  WriteBytes("tmpwav/tmptmptmp.tmp", Numbered(100));
+  vcAdjustDigestFile("tmpwav\\tmptmptmp.tmp", 2000);
+  EXPECT_EQ(ReadBytes("tmpwav/tmptmptmp.tmp"), Numbered(100)) << "the engine's own working file";
   vcAdjustDigestFile("temp\\none.tmp", 2000);
   vcAdjustDigestFile(nullptr, 2000);
 }

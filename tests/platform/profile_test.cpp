@@ -21,61 +21,38 @@ std::string Value(const char* section, const char* key, const char* fallback = "
 
 TEST(Profile, FindsTheFirstKeyOfTheFirstSectionOfAName) {
   tests::ScratchFolder folder;
-  tests::WriteText("article.txt",
-                   "top = above all sections\n"
-                   "; [Unit1]\r\n"
-                   "[ Unit1 ] text behind\r\n"
-                   "\r\n"
-                   "  1 =  first value \t\r\n"
-                   "1=second\r"
-                   ";2=comment\n"
-                   "2 = a ; b\r\n"
-                   "3=\" kept \"\r\n"
-                   "4='x'\r\n"
-                   "5=\"a\" b\r\n"
-                   "6=\r\n"
-                   "no equals sign\r\n"
-                   "7=x=y\r\n"
-                   "8=\"\r\n"
-                   "\xB8\x41=upper\r\n"
-                   "9=\xB8\xDF\xD5\x5C\r\n"
-                   "[open\r\n"
-                   "a=1\r\n"
-                   "[\xB8\x5D]\r\n"
-                   "1=bracket\r\n"
-                   "[unit1]\r\n"
-                   "10=never\r\n"
-                   "[last]\n"
-                   "1=no line end");
+  tests::WriteText(
+      "article.txt",
+      "top = above all sections\n; [Unit1]\r\n[ Unit1 ] text behind\r\n\r\n  1 =  first value \t\r\n"
+      "1=second\r;2=comment\n2 = a ; b\r\n3=\" kept \"\r\n4='x'\r\n5=\"a\" b\r\n6=\r\nno equals sign\r\n"
+      "7=x=y\r\n8=\"\r\n\xB8\x41=upper\r\n9=\xB8\xDF\xD5\x5C\r\n[open\r\na=1\r\n[\xB8\x5D]\r\n1=bracket\r\n"
+      "[unit1]\r\n10=never\r\n[last]\n1=no line end");
   const struct {
-    const char* section;
     const char* key;
     const char* value;
-  } cases[] = {
-      {"unit1", "1", "first value"},
-      {" UNIT1 ", " 1 ", "first value"},
-      {"Unit1", "2", "a ; b"},
-      {"Unit1", "3", " kept "},
-      {"Unit1", "4", "x"},
-      {"Unit1", "5", "\"a\" b"},
-      {"Unit1", "6", ""},
-      {"Unit1", "7", "x=y"},
-      {"Unit1", "8", "\""},
-      {"Unit1", "9", "\xB8\xDF\xD5\x5C"},
-      {"Unit1", "\xB8\x41", "upper"},
-      {"Unit1", "\xB8\x61", "default"},
-      {"Unit1", "10", "default"},
-      {"Unit1", "01", "default"},
-      {"Unit1", "no equals sign", "default"},
-      {"open", "a", "default"},
-      {"\xB8\x5D", "1", "bracket"},
-      {"last", "1", "no line end"},
-      {"", "top", "above all sections"},
-      {"missing", "1", "default"},
-      {nullptr, "1", "default"},
-      {"Unit1", nullptr, "default"},
-  };
-  for (const auto& test : cases) EXPECT_EQ(Value(test.section, test.key), test.value) << test.value;
+  } keys[] = {{"1", "first value"},
+              {" 1 ", "first value"},
+              {"2", "a ; b"},
+              {"3", " kept "},
+              {"4", "x"},
+              {"5", "\"a\" b"},
+              {"6", ""},
+              {"7", "x=y"},
+              {"8", "\""},
+              {"\xB8\x41", "upper"},
+              {"\xB8\x61", "default"},
+              {"9", "\xB8\xDF\xD5\x5C"},
+              {"10", "default"},
+              {"01", "default"},
+              {"no equals sign", "default"},
+              {nullptr, "default"}};
+  for (const auto& test : keys) EXPECT_EQ(Value(" UNIT1 ", test.key), test.value) << test.value;
+  EXPECT_EQ(Value("", "top"), "above all sections");
+  EXPECT_EQ(Value("open", "a"), "default");
+  EXPECT_EQ(Value("\xB8\x5D", "1"), "bracket");
+  EXPECT_EQ(Value("last", "1"), "no line end");
+  EXPECT_EQ(Value("missing", "1"), "default");
+  EXPECT_EQ(Value(nullptr, "1"), "default");
 }
 
 TEST(Profile, CutsAValueBetweenCharacters) {

@@ -123,15 +123,13 @@ TEST(Riff, DescendsIntoWhateverBeginsAtThePosition) {
     Bytes bytes;
     std::optional<std::int64_t> position;
     std::uint32_t formType;
-  } cases[] = {
-      {{}, std::nullopt, 0},
-      {Bytes(riff.begin(), riff.begin() + 7), std::nullopt, 0},
-      {riff, 12, 0},
-      {tests::RiffWave({}), 12, FourCc("WAVE")},
-      {Header("LIST", 4), 12, 0},
-      {Header("RIFX", 4), 8, 0},
-      {Header("riff", 4), 8, 0},
-  };
+  } cases[] = {{{}, std::nullopt, 0},
+               {Bytes(riff.begin(), riff.begin() + 7), std::nullopt, 0},
+               {riff, 12, 0},
+               {tests::RiffWave({}), 12, FourCc("WAVE")},
+               {Header("LIST", 4), 12, 0},
+               {Header("RIFX", 4), 8, 0},
+               {Header("riff", 4), 8, 0}};
   for (const auto& test : cases) {
     tests::WriteBytes("a", test.bytes);
     RiffFile file = RiffFile::Open("a", OpenMode::Read);
@@ -165,28 +163,27 @@ TEST(Riff, FindsAChunkWhereTheSizesLeadToIt) {
     const char* name;
     Bytes bytes;
     std::optional<std::pair<std::int64_t, std::uint32_t>> found;
-  } cases[] = {
-      {"behind an odd chunk and its pad byte", tests::RiffWave({odd, data}), at(32, 2)},
-      {"behind an odd chunk without its pad byte", tests::RiffWave({Bytes(odd.begin(), odd.end() - 1), data}),
-       std::nullopt},
-      {"header cut short", tests::RiffWave({odd, Bytes(data.begin(), data.begin() + 6)}), std::nullopt},
-      {"header and nothing else", tests::RiffWave({Header("data", 0xFFFFFFFF)}), at(20, 0xFFFFFFFF)},
-      {"skipped size past the end", tests::RiffWave({Header("huge", 0x7FFFFFFF), data}), std::nullopt},
-      {"skipped size that wraps to nothing", tests::RiffWave({Header("wrap", 0xFFFFFFFF), data}), at(28, 2)},
-      {"skipped size that leads back", tests::RiffWave({Header("back", 0xFFFFFFE0), data}), std::nullopt},
-      {"parent that ends inside the header", RiffWithSize(4 + 12 + 1, {odd, data}), at(32, 2)},
-      {"parent that ends before the header", RiffWithSize(4 + 12, {odd, data}), std::nullopt},
-      {"parent of an unfinished tape", RiffWithSize(0, {data}), std::nullopt},
-      {"parent size beyond the file", RiffWithSize(0x80000000, {odd, data}), at(32, 2)},
-      {"parent size whose end wraps", RiffWithSize(0xFFFFFFF8, {data}), std::nullopt},
-  };
+  } cases[] = {{"behind an odd chunk and its pad byte", tests::RiffWave({odd, data}), at(32, 2)},
+               {"behind an odd chunk without its pad byte", tests::RiffWave({Bytes(odd.begin(), odd.end() - 1), data}),
+                std::nullopt},
+               {"header cut short", tests::RiffWave({odd, Bytes(data.begin(), data.begin() + 6)}), std::nullopt},
+               {"header and nothing else", tests::RiffWave({Header("data", 0xFFFFFFFF)}), at(20, 0xFFFFFFFF)},
+               {"skipped size past the end", tests::RiffWave({Header("huge", 0x7FFFFFFF), data}), std::nullopt},
+               {"skipped size that wraps to nothing", tests::RiffWave({Header("wrap", 0xFFFFFFFF), data}), at(28, 2)},
+               {"skipped size that leads back",
+                tests::RiffWave({Header("zero", 40), Bytes(40), Header("back", 0xFFFFFFE0), data}), std::nullopt},
+               {"parent that ends inside the header", RiffWithSize(4 + 12 + 1, {odd, data}), at(32, 2)},
+               {"parent that ends before the header", RiffWithSize(4 + 12, {odd, data}), std::nullopt},
+               {"parent of an unfinished tape", RiffWithSize(0, {data}), std::nullopt},
+               {"parent size beyond the file", RiffWithSize(0x80000000, {odd, data}), at(32, 2)},
+               {"parent size whose end wraps", RiffWithSize(0xFFFFFFF8, {data}), std::nullopt}};
   for (const auto& test : cases) EXPECT_EQ(FindData(test.bytes), test.found) << test.name;
 }
 
 TEST(Riff, SearchesFromThePositionOn) {
   tests::ScratchFolder folder;
-  tests::WriteBytes(
-      "a.wav", tests::RiffWave({tests::Chunk("data", {1, 2}), tests::Chunk("fmt ", {3}), tests::Chunk("data", {4})}));
+  tests::WriteBytes("a.wav", tests::RiffWave({tests::Chunk("data", {1, 2}), tests::Chunk("fmt ", {3}),
+                                              tests::Chunk("data", {4, 5})}));
   RiffFile file = RiffFile::Open("a.wav", OpenMode::Read);
   ChunkInfo riff;
   ASSERT_TRUE(file.Descend(riff));
@@ -204,6 +201,7 @@ TEST(Riff, SearchesFromThePositionOn) {
   ASSERT_TRUE(file.Find(chunk, riff)) << "the one behind, not the one in front";
   EXPECT_EQ(file.Position(), 40);
   EXPECT_TRUE(file.Ascend(chunk));
+  EXPECT_EQ(file.Position(), 42);
   EXPECT_FALSE(file.Find(chunk, riff));
   chunk.size = 0x80000000;
   file.Seek(5, SeekFrom::Start);
@@ -251,6 +249,19 @@ TEST(Riff, MovesAndReadsWithinTheFile) {
   EXPECT_EQ(file.Seek(-1, SeekFrom::Start), -1);
   EXPECT_EQ(file.Seek(11, SeekFrom::End), -1);
   EXPECT_EQ(file.Position(), 7);
+}
+
+TEST(Riff, WhatLiesBeyond32BitsIsRefused) {
+  tests::ScratchFolder folder;
+  OpenTape tape;
+  tape.file.Seek(std::int64_t{1} << 33, SeekFrom::Start);
+  ChunkInfo chunk;
+  EXPECT_FALSE(tape.file.CreateChunk(chunk));
+  EXPECT_FALSE(tape.file.Descend(chunk));
+  EXPECT_FALSE(tape.file.Ascend(tape.riff));
+  tape.file.Seek(45, SeekFrom::Start);
+  EXPECT_FALSE(tape.file.Ascend(tape.sub)) << "before the chunk";
+  EXPECT_EQ(tests::ReadBytes("tape.wav").size(), 46u);
 }
 
 TEST(Riff, EveryFailedWriteIsNoticed) {

@@ -40,21 +40,19 @@ TEST(Utility, AnExtensionBeginsAtTheLastDotOfTheName) {
     const char* path;
     int size;
     const char* extension;
-  } cases[] = {
-      {"C:\\lesson\\a.wav", 10, ".wav"},
-      {"a.b.zud", 10, ".zud"},
-      {"a", 10, ""},
-      {"", 10, ""},
-      {nullptr, 10, ""},
-      {"d.x\\name", 10, ""},
-      {"d.x/name", 10, ""},
-      {".hidden", 10, ".hidden"},
-      {"a.", 10, "."},
-      {"a.\xD5\x5C", 10, ".\xD5\x5C"},
-      {"a.longer", 5, ".lon"},
-      {"a.\xB8\xDF", 3, "."},
-      {"a.wav", 1, ""},
-  };
+  } cases[] = {{"C:\\lesson\\a.wav", 10, ".wav"},
+               {"a.b.zud", 10, ".zud"},
+               {"a", 10, ""},
+               {"", 10, ""},
+               {nullptr, 10, ""},
+               {"d.x\\name", 10, ""},
+               {"d.x/name", 10, ""},
+               {".hidden", 10, ".hidden"},
+               {"a.", 10, "."},
+               {"a.\xD5\x5C", 10, ".\xD5\x5C"},
+               {"a.longer", 5, ".lon"},
+               {"a.\xB8\xDF", 3, "."},
+               {"a.wav", 1, ""}};
   for (const auto& test : cases) {
     char extension[10] = "#########";
     GetFileExtName(test.path, extension, test.size);

@@ -82,6 +82,8 @@ TEST_F(StudyFiles, InTheFolderComeFirstAndAreTheOnlyOnesWritten) {
   EXPECT_EQ(ReadBytes("zud/unit1.zud"), expected);
   EXPECT_EQ(vcOpenSentenceFile("unit1.wav"), 3);
 
+  vcWriteExtraFileData("unit1.wav", nullptr, 3);
+  EXPECT_EQ(ReadBytes("zud/unit1.zud"), expected) << "a host's slip loses nothing";
   vcWriteExtraFileData("unit1.wav", starts.data(), 1);
   EXPECT_FALSE(Exists("zud/unit1.zud")) << "neither sentences nor bookmarks";
   EXPECT_EQ(vcOpenSentenceFile("unit1.wav"), 2) << "the one beside the recording is found again";

@@ -55,6 +55,8 @@ std::string DiscMountPoint(const std::string& line) {
   return isDisc ? Unescaped(point) : std::string();
 }
 
+constexpr const char* kMountTable = "/proc/self/mountinfo";
+
 struct ProcessDrives {
   std::mutex mutex;
   DriveMap map;
@@ -64,7 +66,7 @@ struct ProcessDrives {
 ProcessDrives& Process() {
   const auto make = [] {
     const char* environment = std::getenv("TAVIMO_DRIVES");
-    return new ProcessDrives{{}, DriveMap("/proc/self/mountinfo", environment ? environment : "")};
+    return new ProcessDrives{{}, DriveMap(kMountTable, environment ? environment : "")};
   };
   static ProcessDrives& drives = *make();
   return drives;
@@ -92,20 +94,36 @@ void DriveMap::ReadEnvironment(std::string_view environment) {
 }
 
 void DriveMap::ReadMounts(const char* mountTablePath) {
+  std::array<bool, kDriveCount> isStillMounted{};
   std::ifstream table(mountTablePath);
-  int driveIndex = kDriveD;
   for (std::string line; std::getline(table, line);) {
     const std::string point = DiscMountPoint(line);
     if (point.empty()) continue;
-    while (driveIndex < kDriveCount && At(driveIndex).kind != DriveKind::None) ++driveIndex;
-    if (driveIndex == kDriveCount) return;
-    Map(driveIndex, point, DriveKind::CdRom);
+    int driveIndex = DiscAt(WithoutEndSlashes(point));
+    if (driveIndex < 0) {
+      driveIndex = kDriveD;
+      while (driveIndex < kDriveCount && At(driveIndex).kind != DriveKind::None) ++driveIndex;
+      if (driveIndex == kDriveCount) continue;
+      Map(driveIndex, point, DriveKind::CdRom);
+      drives_[static_cast<std::size_t>(driveIndex)].isMounted = true;
+    }
+    isStillMounted[static_cast<std::size_t>(driveIndex)] = true;
   }
+  for (std::size_t i = 0; i < drives_.size(); ++i) {
+    if (drives_[i].isMounted && !isStillMounted[i]) Map(static_cast<int>(i), {}, DriveKind::None);
+  }
+}
+
+int DriveMap::DiscAt(std::string_view folder) const {
+  const auto found = std::find_if(drives_.begin(), drives_.end(),
+                                  [&](const Drive& drive) { return drive.isMounted && drive.folder == folder; });
+  return found == drives_.end() ? -1 : static_cast<int>(found - drives_.begin());
 }
 
 void DriveMap::Map(int driveIndex, std::string_view folder, DriveKind kind) {
   Drive& drive = drives_[static_cast<std::size_t>(driveIndex)];
   drive.folder = WithoutEndSlashes(folder);
+  drive.isMounted = false;
   drive.kind = !folder.empty() ? kind : driveIndex == kDriveC ? DriveKind::Fixed : DriveKind::None;
 }
 
@@ -159,6 +177,7 @@ DriveKind GetDriveKind(int driveIndex) noexcept try {
   if (driveIndex < 0 || driveIndex >= kDriveCount) return DriveKind::None;
   ProcessDrives& process = Process();
   const std::lock_guard lock(process.mutex);
+  process.map.ReadMounts(kMountTable);
   return process.map.At(driveIndex).kind;
 } catch (...) {
   return DriveKind::None;

@@ -17,16 +17,22 @@ namespace tavimo::platform {
 
 inline constexpr int kDriveCount = 26;
 
-// The table as a value; the process has one of its own, which is filled at the first question about a drive.
+// The table as a value; the process has one of its own, which is filled at the first question about a drive and looks at
+// the mounts again when it is asked for a drive's kind.
 class DriveMap {
  public:
   struct Drive {
     DriveKind kind = DriveKind::None;
-    std::string folder;  // absolute, without a slash at its end; "" for "/"
+    std::string folder;      // absolute, without a slash at its end; "" for "/"
+    bool isMounted = false;  // the letter came from the mount table, and goes with the mount
   };
 
   // Reads a mount table in the form of /proc/self/mountinfo; a missing one has no mounts.
   DriveMap(const char* mountTablePath, std::string_view environment);
+
+  // Reads the mount table again: a disc put in meanwhile gets the first free letter from D: on, one taken out loses its
+  // letter, the others keep theirs.
+  void ReadMounts(const char* mountTablePath);
 
   // An empty folder takes the letter away (C: then is "/" again). REQUIRES: 0 <= driveIndex < kDriveCount.
   void Map(int driveIndex, std::string_view folder, DriveKind kind);
@@ -38,7 +44,7 @@ class DriveMap {
 
  private:
   void ReadEnvironment(std::string_view environment);
-  void ReadMounts(const char* mountTablePath);
+  [[nodiscard]] int DiscAt(std::string_view folder) const;
 
   std::array<Drive, kDriveCount> drives_;
 };

@@ -46,7 +46,16 @@ std::optional<NativeLocation> LocateFinal(const char* path) noexcept try {
 }
 
 int OpenFolder(const std::string& folder) {
-  return Uninterrupted([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  // As a place only: a folder may be written in that must not be read.
+  return Uninterrupted([&] { return open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); });
+}
+
+// Some file systems cannot sync a folder, and some folders must not be read; the new file is in place all the same.
+void SyncFolder(int folder) {
+  const int readable = Uninterrupted([&] { return openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  if (readable < 0) return;
+  fsync(readable);
+  close(readable);
 }
 
 // A name of fixed length, so that it fits where the final one does, and always the same for one final name.
@@ -77,9 +86,13 @@ int CreateNamed(int folder, const char* name) {
 bool NameUnnamed(int descriptor, int folder, const char* name) {
   char file[kMaxProcPath];
   MakeProcPath(descriptor, file);
-  if (linkat(AT_FDCWD, file, folder, name, AT_SYMLINK_FOLLOW) == 0) return true;
-  if (errno != EEXIST || unlinkat(folder, name, 0) != 0) return false;
-  return linkat(AT_FDCWD, file, folder, name, AT_SYMLINK_FOLLOW) == 0;
+  // Another process that writes the same file may make and rename its own between our calls.
+  constexpr int kTries = 10;
+  for (int attempt = 0; attempt < kTries; ++attempt) {
+    if (linkat(AT_FDCWD, file, folder, name, AT_SYMLINK_FOLLOW) == 0) return true;
+    if (errno != EEXIST || (unlinkat(folder, name, 0) != 0 && errno != ENOENT)) return false;
+  }
+  return false;
 }
 
 // Another process that writes the same file may have taken the name over; its half-written file must not be put in
@@ -155,8 +168,7 @@ bool ReplacementFile::Commit(Durability durability) noexcept {
   isPlaced = isPlaced && stream_.Close() && !NextFileOperationFails() &&
              renameat(folder, temporaryName_.data(), folder, finalName_.data()) == 0;
   if (isPlaced) temporaryName_[0] = '\0';
-  // The new file is in place whatever the answer: some file systems cannot sync a folder.
-  if (isPlaced && isSynced) fsync(folder);
+  if (isPlaced && isSynced) SyncFolder(folder);
   Discard();
   return isPlaced;
 }

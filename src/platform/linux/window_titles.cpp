@@ -74,10 +74,10 @@ std::string AbsoluteFolderFrom(const char* variable) {
 }
 
 Descriptor OpenTitleFolder() {
-  if (const std::string runtime = AbsoluteFolderFrom("XDG_RUNTIME_DIR"); !runtime.empty()) {
-    Descriptor folder = OpenPrivateFolder(runtime);
-    if (folder.IsOpen()) return folder;
-  }
+  // A program started without the variable (from a timer, over a remote shell) must still meet those that have it.
+  std::string runtime = AbsoluteFolderFrom("XDG_RUNTIME_DIR");
+  if (runtime.empty()) runtime = "/run/user/" + std::to_string(::geteuid());
+  if (Descriptor folder = OpenPrivateFolder(runtime); folder.IsOpen()) return folder;
   std::string cache = AbsoluteFolderFrom("XDG_CACHE_HOME");
   if (cache.empty()) {
     const std::string home = AbsoluteFolderFrom("HOME");

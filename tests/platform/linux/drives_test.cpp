@@ -35,6 +35,20 @@ TEST(Drives, DiscsGetTheFreeLettersFromDOn) {
             "A*/mnt/y C= D*/media/u/My CD E=/media/x F*/mnt/image G*/home/u/disc ");
 }
 
+TEST(Drives, DiscsComeAndGo) {
+  tests::ScratchFolder folder;
+  const std::string first = "30 22 11:0 / /media/first ro - iso9660 /dev/sr0 ro\n";
+  const std::string second = "31 22 11:1 / /media/second ro - udf /dev/sr1 ro\n";
+  tests::WriteText("mounts", first + second);
+  DriveMap map("mounts", "");
+  tests::WriteText("mounts", second);
+  map.ReadMounts("mounts");
+  EXPECT_EQ(Described(map), "C= E*/media/second ") << "the others keep their letters";
+  tests::WriteText("mounts", second + first);
+  map.ReadMounts("mounts");
+  EXPECT_EQ(Described(map), "C= D*/media/first E*/media/second ");
+}
+
 TEST(Drives, EntriesOfAnotherFormArePassedOver) {
   EXPECT_EQ(Described(DriveMap("missing", ";;E;=/x;1=/x;E=;EE=/x;F=relative;G=cdrom:x;H:/x;c=/opt;z=/")), "C=/opt Z= ");
 }
@@ -91,25 +105,23 @@ TEST_F(MappedDrives, AnAbsolutePathGetsTheLetterOfTheLongestFolder) {
   const struct {
     std::string native;
     std::optional<std::string> engine;
-  } cases[] = {
-      {Disc() + "/Unit 1/TEXT.txt", "L:\\TEXT.txt"},
-      {Disc() + "/Unit 1", "L:\\"},
-      {Disc() + "/Unit 12", "K:\\Unit 12"},
-      {Disc() + "2/x", "C:" +
-                           [&] {
-                             std::string path = Disc() + "2\\x";
-                             std::replace(path.begin(), path.end(), '/', '\\');
-                             return path;
-                           }()},
-      {"/", "C:\\"},
-      {"a/b", "a\\b"},
-      {"a:b", ".\\a:b"},
-      {"/\xE8\xAA\xA0/x", "C:\\\xD5\x5C\\x"},
-      {"/\xE3\x83\xBB", std::nullopt},
-      {"/a\\b", std::nullopt},
-      {"/\xFF", std::nullopt},
-      {"", std::nullopt},
-  };
+  } cases[] = {{Disc() + "/Unit 1/TEXT.txt", "L:\\TEXT.txt"},
+               {Disc() + "/Unit 1", "L:\\"},
+               {Disc() + "/Unit 12", "K:\\Unit 12"},
+               {Disc() + "2/x", "C:" +
+                                    [&] {
+                                      std::string path = Disc() + "2\\x";
+                                      std::replace(path.begin(), path.end(), '/', '\\');
+                                      return path;
+                                    }()},
+               {"/", "C:\\"},
+               {"a/b", "a\\b"},
+               {"a:b", ".\\a:b"},
+               {"/\xE8\xAA\xA0/x", "C:\\\xD5\x5C\\x"},
+               {"/\xE3\x83\xBB", std::nullopt},
+               {"/a\\b", std::nullopt},
+               {"/\xFF", std::nullopt},
+               {"", std::nullopt}};
   for (const auto& test : cases) EXPECT_EQ(EnginePath(test.native), test.engine) << test.native;
   ASSERT_TRUE(MapDrive(2, Disc().c_str(), DriveKind::Fixed));
   EXPECT_EQ(EnginePath("/usr"), "\\usr") << "no letter leads there any more";
@@ -122,17 +134,15 @@ TEST_F(MappedDrives, NamesAreFoundWithoutRegardToCase) {
   const struct {
     const char* engine;
     std::optional<std::string> native;
-  } cases[] = {
-      {"disc\\unit 1\\text.txt", "disc/Unit 1/TEXT.txt"},    // the exact folder wins over the other case
-      {"DISC\\\xD5\x5C\\b.wav", "Disc/\xE8\xAA\xA0/B.wav"},  // of two, the first by byte value
-      {"Disc\\\xD5\x5C\\b.WAV", "Disc/\xE8\xAA\xA0/b.WAV"},
-      {"DISC\\Unit 3\\New.txt", "Disc/Unit 3/New.txt"},  // stays as spelled where nothing is found
-      {"TEMP\\New.tmp", "temp/New.tmp"},
-      {"a:b", std::nullopt},
-      {"\xB8", std::nullopt},
-      {"", std::nullopt},
-      {nullptr, std::nullopt},
-  };
+  } cases[] = {{"disc\\unit 1\\text.txt", "disc/Unit 1/TEXT.txt"},    // the exact folder wins over the other case
+               {"DISC\\\xD5\x5C\\b.wav", "Disc/\xE8\xAA\xA0/B.wav"},  // of two, the first by byte value
+               {"Disc\\\xD5\x5C\\b.WAV", "Disc/\xE8\xAA\xA0/b.WAV"},
+               {"DISC\\Unit 3\\New.txt", "Disc/Unit 3/New.txt"},  // stays as spelled where nothing is found
+               {"TEMP\\New.tmp", "temp/New.tmp"},
+               {"a:b", std::nullopt},
+               {"\xB8", std::nullopt},
+               {"", std::nullopt},
+               {nullptr, std::nullopt}};
   for (const auto& test : cases) EXPECT_EQ(NativePath(test.engine), test.native) << testing::PrintToString(test.native);
   EXPECT_EQ(NativePath(("\\" + Disc().substr(1)).c_str()), Disc()) << "a leading separator means the root";
 }
