@@ -15,16 +15,14 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kAbout =
-    "tavimo takes a language lesson apart: it finds the sentences of a recording, keeps them for study, and draws "
-    "them.\n"
+    "tavimo takes a language lesson apart: it finds the sentences of a recording, stores and draws them.\n"
     "Recordings are PCM wave files of 8 or 16 bits, mono or stereo.";
 
 constexpr const char* kFooter =
-    "\nEverything about a recording is kept in a folder of its own, HOME/lessons/NAME-HASH (the hash is that of the\n"
-    "recording's full path, so recordings of the same name in different folders keep apart, and one that is moved\n"
-    "starts anew): its digest in temp, its study file in zud. A recording whose name the engine cannot take is "
-    "reached\n"
-    "by a link in alias. HOME is the person's data folder unless --home names another.\n"
+    "\nEverything about a recording is kept in a folder of its own, HOME/lessons/NAME-HASH: its digest in temp, its\n"
+    "study file in zud. The hash is that of the recording's full path, so recordings of one name in different folders\n"
+    "keep apart, and one that is moved starts anew. A recording whose name the engine cannot take is reached by a\n"
+    "link in alias. HOME is the person's data folder (~/.local/share/tavimo) unless --home names another.\n"
     "\nExit codes: 0 done, 1 refused (the reason is on standard error), 2 wrong usage.";
 
 // What CLI11 fills before it is made into Options.
@@ -167,7 +165,8 @@ class Grammar {
 
   ParsedCommandLine Finish() {
     options_.home = words_.home.empty() ? UserDataFolder() : Absolute(words_.home);
-    if (options_.home.empty()) return Complain("no data folder is known; name one with --home");
+    if (options_.home.empty() && options_.command != RunInfo)
+      return Complain("no data folder is known; name one with --home");
     if (!words_.file.empty()) words_.files = {words_.file};
     for (const std::string& file : words_.files) options_.files.push_back(Absolute(file));
     options_.output = words_.output.empty() ? fs::current_path() : Absolute(words_.output);

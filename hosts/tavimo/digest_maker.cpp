@@ -45,27 +45,52 @@ DigestKind KindOf(const std::vector<std::uint8_t>& levels) {
   throw Refusal(Readable(path.filename()) + " could not be written in " + Readable(fs::current_path()));
 }
 
-// Writes beside the final name and renames, so that a full disk or a kill leaves the old file.
-template <typename Bytes>
-void StoreWhole(const fs::path& path, const Bytes& bytes, const std::optional<fs::file_time_type>& time) {
-  const fs::path unfinished = fs::path(path) += ".new";
-  std::ofstream file(unfinished, std::ios::binary | std::ios::trunc);
-  file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  file.close();
-  std::error_code error;
-  if (file && time) fs::last_write_time(unfinished, *time, error);
-  if (file && !error) fs::rename(unfinished, path, error);
-  if (file && !error) return;
-  fs::remove(unfinished, error);
-  RefuseToStore(path);
-}
+// A file written beside its final name and renamed, so that a full disk or a kill leaves the old one.
+class NewFile {
+ public:
+  template <typename Bytes>
+  NewFile(const fs::path& path, const Bytes& bytes) : path_(path), unfinished_(fs::path(path) += ".new") {
+    std::ofstream file(unfinished_, std::ios::binary | std::ios::trunc);
+    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    file.close();
+    isWhole_ = static_cast<bool>(file);
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  ~NewFile() {
+    std::error_code ignored;
+    fs::remove(unfinished_, ignored);
+  }
+
+  void SetTime(fs::file_time_type time) {
+    std::error_code error;
+    fs::last_write_time(unfinished_, time, error);
+    isWhole_ = isWhole_ && !error;
+  }
+
+  void PutInPlace() {
+    std::error_code error;
+    if (isWhole_) fs::rename(unfinished_, path_, error);
+    if (!isWhole_ || error) RefuseToStore(path_);
+  }
+
+  [[nodiscard]] bool IsWhole() const { return isWhole_; }
+
+ private:
+  fs::path path_;
+  fs::path unfinished_;
+  bool isWhole_ = false;
+};
 
 std::vector<std::uint8_t> MakePeak(const LessonSession& session, ProgressBar& progress) {
   // The time from before the reading: a recording that changes meanwhile leaves a digest that is not current.
   const fs::file_time_type time = fs::last_write_time(session.Recording());
   std::vector<std::uint8_t> levels = PeakLevels(session.Recording(), session.Header(), progress);
-  StoreWhole(kPeakMark, HashOf(levels), {});  // before the digest: one without its mark would pass for the engine's
-  StoreWhole(session.DigestPath(), levels, time);
+  NewFile digest(session.DigestPath(), levels);
+  digest.SetTime(time);
+  // Before the digest, which without its mark would pass for the engine's; but not where the digest is lost anyway.
+  if (digest.IsWhole()) NewFile(kPeakMark, HashOf(levels)).PutInPlace();
+  digest.PutInPlace();
   return levels;
 }
 

@@ -16,22 +16,21 @@ struct Answer {
   bool isUsable = false;
 };
 
-// The engine has the last word, so that this never promises what it then refuses. Only a name that it cannot take is not
-// asked about here: its link is made when there is work to do.
-bool EngineKnowsWave(const std::filesystem::path& file) {
-  const auto name = UsableEngineName(IdentityOf(file));
-  return !name || vcIsWaveFile(name->c_str()) != 0;
-}
-
 Answer Examine(const std::filesystem::path& file) {
   const WaveHeader header = ReadWaveHeader(file);
   if (!header.problem.empty()) {
     const std::string format = header.HasFormat() ? DescribeFormat(header) + "; " : "";
     return {format + "the engine cannot use it: " + header.problem};
   }
-  if (!EngineKnowsWave(file)) return {DescribeFormat(header) + "; the engine does not take it for a PCM wave file"};
+  // The engine has the last word, so that this never promises what it then refuses. A name that it cannot take gets its
+  // link only when there is work to do.
+  const auto name = UsableEngineName(IdentityOf(file));
+  if (name && vcIsWaveFile(name->c_str()) == 0) {
+    return {DescribeFormat(header) + "; the engine does not take it for a PCM wave file"};
+  }
   std::string line =
       DescribeFormat(header) + ", " + FormatTime(header.DurationMs()) + "; the engine digests, cuts and draws it";
+  if (!name) line += ", by a link, because it cannot take this name or its path";
   if (header.IsTruncated()) {
     line += ", as far as it goes: its header promises " + std::to_string(header.storedDataLength) +
             " bytes of sound, " + std::to_string(header.dataLength) + " are there";

@@ -1,6 +1,7 @@
 #include "lesson_session.h"
 
 #include <algorithm>
+#include <iostream>
 
 #include "refusal.h"
 #include "tavimo.h"
@@ -23,7 +24,7 @@ fs::path WithTmpExtension(const fs::path& recording) {
 }  // namespace
 
 std::optional<std::string> UsableEngineName(const fs::path& recording) {
-  const std::optional<std::string> path = EnginePath(recording);
+  std::optional<std::string> path = EnginePath(recording);
   const std::optional<std::string> name = EnginePath(recording.filename());
   if (!path || !name || path->size() > kLongestEnginePath || name->size() > kLongestEngineFileName) return {};
   // The engine takes what stands behind the last 0x5C byte for the file name; in some characters that is the second
@@ -41,6 +42,10 @@ LessonSession::LessonSession(const fs::path& home, const fs::path& recording)
     digestPath_ = "temp" / WithTmpExtension(recording_);
   } else {
     const fs::path alias = folder_->MakeAlias(recording_);
+    if (folder_->IsNew()) {
+      std::cerr << "tavimo: " << Readable(recording_.filename())
+                << ": the engine cannot take this name or its path, so it reaches the recording by a link\n";
+    }
     engineName_ = EnginePath(alias).value();
     digestPath_ = "temp" / WithTmpExtension(alias);
   }

@@ -68,7 +68,7 @@ void WorkingFolder::MakeFolder(const fs::path& folder) {
 
 fs::path WorkingFolder::MakeAlias(const fs::path& identity) {
   MakeFolder(path_ / "alias");
-  const fs::path alias = fs::path("alias") / (hash_ + ".wav");
+  fs::path alias = fs::path("alias") / (hash_ + ".wav");
   Link(identity, alias);
   madeLinks_.push_back(path_ / alias);
   for (const char* extension : {".tmp", ".zud"}) {

@@ -31,6 +31,9 @@ class WorkingFolder {
 
   [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
 
+  // Whether this is the recording's first time here.
+  [[nodiscard]] bool IsNew() const { return !madeFolders_.empty(); }
+
   // A second, short name for a recording whose own name the engine cannot take: a link in the folder "alias", always
   // the same for the same recording, so that its digest and study file are found again. A digest and a study file that
   // lie beside the recording get one too. A relative path; a Refusal where the file system has no links.

@@ -1,5 +1,5 @@
-"""The sample lesson against the truth that was written down when it was made: the program finds every sentence by itself,
-one for one, each start close before the first sound. The second argument is the lesson's folder."""
+"""The sample lesson against the truth that was written down when it was made: the program finds every sentence by
+itself, one for one, each start close before the first sound. The second argument is the lesson's folder."""
 
 import csv
 import json

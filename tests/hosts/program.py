@@ -97,9 +97,9 @@ def read_png(path):
     stride = width * step
     lines, previous, rows = zlib.decompress(packed), bytes(stride), []
     for y in range(height):
-        line = unfilter(lines[y * (stride + 1)], bytearray(lines[y * (stride + 1) + 1 : (y + 1) * (stride + 1)]), previous, step)
-        rows.append([tuple(line[x : x + 3]) for x in range(0, stride, step)])
-        previous = line
+        kind, *line = lines[y * (stride + 1) : (y + 1) * (stride + 1)]
+        previous = unfilter(kind, line, previous, step)
+        rows.append([tuple(previous[x : x + 3]) for x in range(0, stride, step)])
     return width, height, rows
 
 
