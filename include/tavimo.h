@@ -602,8 +602,160 @@ VC_API void VC_CALL vcWriteExtraFileData(const char* recording_path, const uint3
 VC_API void VC_CALL vcWriteMarkIdx(const char* path, const uint32_t* values, int32_t count) VC_NOEXCEPT;
 
 /* ======================================================================================================================
- * bookmarks, parameter-files, stereo-to-mono, wave-editing, question-compiler, question-bank, page-layout,
- * page-display, word-selection: reserved families, in this order
+ * bookmarks: up to 20 moments of the recording whose study file was read last
+ *
+ * The list is in the order of adding. None of these exports touches a file: vcWriteExtraFileData stores the table.
+ * ==================================================================================================================== */
+
+/** @brief Adds a bookmark at the end of the list.
+ *  @param time_ms the time in milliseconds, unsigned; 0 adds nothing.
+ *  @param label GBK text; more than 11 bytes are cut before the character that does not fit; null is empty.
+ *  @return 0.
+ *  @failure -1: there are 20 bookmarks already.
+ *  @requires vcOpenSentenceFile, vcReadSentenceData. */
+VC_API int32_t VC_CALL vcAddBookMark(uint32_t time_ms, const char* label) VC_NOEXCEPT;
+
+/** @brief Deletes a bookmark; those behind it move up.
+ *  @param index the bookmark, 0 to 19; a larger one counts as 19, a negative one changes nothing.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcDeleteBookMark(int32_t index) VC_NOEXCEPT;
+
+/** @brief Deletes every bookmark.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcDeleteAllBookMark(void) VC_NOEXCEPT;
+
+/** @brief Counts the bookmarks.
+ *  @return 0 to 20.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcGetTotalBookMarks(void) VC_NOEXCEPT;
+
+/** @brief Gives a bookmark's time.
+ *  @param index the bookmark, 0 to 19.
+ *  @return the time in milliseconds, to be read as unsigned; behind the list what the slot still holds.
+ *  @failure 0 outside 0 to 19.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcGetBookMarkTime(int32_t index) VC_NOEXCEPT;
+
+/** @brief Adds a line "mm:ss   label" to a list box for every bookmark (LB_ADDSTRING, 0x180); the k-th line added is
+ *         bookmark k. The list box is not emptied first.
+ *  @param list_box the list box.
+ *  @param total_ms the recording's length in milliseconds. A bookmark at or behind it empties the whole table: it belongs
+ *                  to another recording.
+ *  @return the number of lines added.
+ *  @failure none.
+ *  @requires vcReadSentenceData. */
+VC_API int32_t VC_CALL vcFillBookMarkList(VcWindow list_box, int32_t total_ms) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * parameter-files: settings that the engine keeps for the host
+ *
+ * The sound parameters of D:\course\unit1.wav are temp\unit1.par, 20 bytes that only the host understands; they are
+ * current while they carry the recording's file time. Those beside the recording (D:\course\unit1.par) are taken over.
+ * ==================================================================================================================== */
+
+/** @brief Finds the current sound parameters of a recording, or takes over those beside it.
+ *  @param recording_path the recording, at most 199 bytes, its file name at most 99.
+ *  @return 1 when the file in temp carries the recording's file time or one beside the recording was copied into its
+ *          place (whatever its time; the copy itself may fail unseen); else 0.
+ *  @failure 0.
+ *  @requires the folder temp. */
+VC_API int32_t VC_CALL vcIfSoundParaFileExist(const char* recording_path) VC_NOEXCEPT;
+
+/** @brief Stores sound parameters and gives them the recording's file time.
+ *  @param recording_path the recording; when it does not exist the time stays.
+ *  @param parameter_path the file, as a rule temp\NAME.par.
+ *  @param record 20 bytes.
+ *  @return 1.
+ *  @failure -1: the file cannot be written whole; an earlier one stays. Also for a null record.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcWriteSoundFilePara(const char* recording_path, const char* parameter_path,
+                                            const void* record) VC_NOEXCEPT;
+
+/** @brief Reads sound parameters.
+ *  @param parameter_path the file.
+ *  @param record receives 20 bytes; what a shorter file does not hold stays as it was.
+ *  @return 1.
+ *  @failure -1: the file cannot be opened.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcReadSoundFilePara(const char* parameter_path, void* record) VC_NOEXCEPT;
+
+/** @brief Writes three numbers as three lines of text, each ended by CR LF.
+ *  @param path the file.
+ *  @param first, second, third the numbers.
+ *  @failure the file cannot be written whole: an earlier one stays; the host is not told.
+ *  @requires nothing. */
+VC_API void VC_CALL vcWriteParaFile(const char* path, int32_t first, int32_t second, int32_t third) VC_NOEXCEPT;
+
+/** @brief Tells whether the first three lines of a file begin with three numbers.
+ *
+ *  A line is at most 98 bytes with its line feed; what is longer counts as the next line. A line without digits is 0.
+ *  @param path the file.
+ *  @param first, second, third the numbers.
+ *  @return 1 when they are the file's, in this order; else 0.
+ *  @failure 0: the file cannot be opened or has fewer lines.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcIfParaMatch(const char* path, int32_t first, int32_t second, int32_t third) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * stereo-to-mono: one channel out of two
+ * ==================================================================================================================== */
+
+/** @brief Writes the first channel of a wave file to another one.
+ *  @param source_path a wave file of 8 or 16 bits; never changed.
+ *  @param destination_path the wave file to write; an existing one is replaced.
+ *  @return 0 when it was written; 1 when the source has one channel already, and nothing is written.
+ *  @failure -1: the source cannot be opened or converted (3 channels and more, other sizes, a rate of 0) or is the
+ *           destination: nothing is written. -1 too when the destination could not be written whole; it is then
+ *           incomplete.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcSteroToMono(const char* source_path, const char* destination_path) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * wave-editing: sentences cut out of a recording, a stretch of time copied out
+ * ==================================================================================================================== */
+
+/** @brief Cuts chosen sentences out of a recording, shifts the starts of the others and writes a new study file.
+ *
+ *  Sentence i reaches to the start of the next one, the last one to the end of the sound; what lies before the first start
+ *  is kept. The recording is replaced only by one that is whole, and the study file is written after that. The bookmark
+ *  list is empty afterwards. Digests of the recording are stale.
+ *  @param recording_path the recording, at most 199 bytes; a read-only mark on it is taken away.
+ *  @param study_path the study file to write.
+ *  @param count how many sentences, 1 or more.
+ *  @param flags count values; any but 0 cuts its sentence out.
+ *  @param starts_ms count starts in milliseconds, never decreasing; receives the new ones, 0xFFFFFFFF for those cut out.
+ *  @param progress_bar a progress bar that is sent its range, 0 to 100, and its positions; may be null.
+ *  @return 0; also when only the study file could not be written.
+ *  @failure -1, with recording, table and study file as they were: a count below 1, decreasing starts, a null array, a
+ *           recording that cannot be read, no room or no folder for the new one, or one that cannot take its place
+ *           ("tmpwav\tmpdest.wav" then stays).
+ *  @requires the folder tmpwav. */
+VC_API int32_t VC_CALL vcDeleteSentenceInFile(const char* recording_path, const char* study_path, int32_t count,
+                                              const uint32_t* flags, uint32_t* starts_ms,
+                                              VcWindow progress_bar) VC_NOEXCEPT;
+
+/** @brief Copies a stretch of a wave file into a new one of the same format.
+ *
+ *  The copy has the bytes of the duration and 64 more, from file position 64 plus the bytes of the start, as far as there
+ *  are any.
+ *  @param source_path the wave file, 1 or 2 channels; at most 199 bytes.
+ *  @param destination_path the file to write, at most 199 bytes; an existing one is replaced.
+ *  @param start_ms the first millisecond.
+ *  @param end_ms the last millisecond, included.
+ *  @param buffer work space of buffer_bytes; a larger one is faster.
+ *  @param buffer_bytes its size, 1 or more.
+ *  @return 1, also when there was nothing to copy.
+ *  @failure -1, and nothing is written: the source cannot be opened, the destination cannot be created, or both are the
+ *           same file.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcExtractWaveSeg(const char* source_path, const char* destination_path, uint32_t start_ms,
+                                        uint32_t end_ms, void* buffer, int32_t buffer_bytes) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * question-compiler, question-bank, page-layout, page-display, word-selection: reserved families, in this order
  * host-utilities: services around the engine
  * ==================================================================================================================== */
 

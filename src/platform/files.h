@@ -49,6 +49,10 @@ class FileStream {
   // True when every byte was written. After false the position stands behind what was written.
   [[nodiscard]] bool Write(const void* bytes, std::int64_t byteCount) noexcept;
 
+  // Copies from another stream's position to this one's, both of which move: the bytes copied, fewer than asked for only
+  // at the end of the source; -1 when reading or writing fails. Costs no memory, and on some file systems no time.
+  [[nodiscard]] std::int64_t CopyFrom(FileStream& source, std::int64_t byteCount) noexcept;
+
   // The new position, or -1 when it would be negative (the position then stays). Positions past the end are allowed;
   // a write there fills the gap with zero bytes.
   std::int64_t Seek(std::int64_t offset, SeekFrom origin) noexcept;
@@ -127,6 +131,11 @@ class ReplacementFile {
 // Copies content, last-write time and the read-only mark over the target, which is replaced whole or not at all.
 // False: source missing or a folder; target a folder, read-only or the source itself; disk full.
 bool CopyFileOver(const char* source, const char* target) noexcept;
+
+// Puts source in the place of target, which keeps its access rights: at one stroke where both lie on one file system, else
+// through CopyFileOver. The new content survives a power cut. False, with both files as they were: source missing, target
+// a folder, read-only or the source itself, disk full.
+bool MoveFileOver(const char* source, const char* target) noexcept;
 
 // Renames; false when the target exists (unless it is the source under another spelling) or the source is missing.
 bool MoveFileTo(const char* source, const char* target) noexcept;

@@ -64,6 +64,11 @@ class RiffFile {
   std::int32_t Read(void* buffer, std::int32_t byteCount) noexcept;
   std::int32_t Write(const void* bytes, std::int32_t byteCount) noexcept;
 
+  // Copies from another file's position to this one's; see FileStream::CopyFrom.
+  [[nodiscard]] std::int64_t CopyFrom(RiffFile& source, std::int64_t byteCount) noexcept {
+    return stream_.CopyFrom(source.stream_, byteCount);
+  }
+
   // The new position, or -1. From the end, offset counts backwards.
   std::int64_t Seek(std::int64_t offset, SeekFrom origin) noexcept;
   [[nodiscard]] std::int64_t Position() const noexcept { return stream_.Position(); }

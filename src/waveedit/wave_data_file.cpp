@@ -21,6 +21,11 @@ std::int32_t Fail(WaveDataFile& file) noexcept {
 
 bool HasKnownChannels(const core::PcmFormat& format) noexcept { return format.channels == 1 || format.channels == 2; }
 
+// From the position to the end of the sound, as the data chunk says it.
+std::int64_t SoundLeft(const WaveDataFile& file) noexcept {
+  return std::int64_t{file.dataOffset} + file.dataLength - file.mmioHandle.Position();
+}
+
 }  // namespace
 
 std::int32_t WaveDataOpen(WaveDataFile& file) noexcept {
@@ -50,9 +55,15 @@ std::int32_t WaveDataCreate(WaveDataFile& file) noexcept {
 }
 
 std::int32_t WaveDataRead(WaveDataFile& file, void* buffer, std::int32_t byteCount) noexcept {
-  const std::int64_t left = std::int64_t{file.dataOffset} + file.dataLength - file.mmioHandle.Position();
-  const std::int64_t wanted = std::min<std::int64_t>(byteCount, left);
+  const std::int64_t wanted = std::min<std::int64_t>(byteCount, SoundLeft(file));
   return wanted <= 0 ? 0 : file.mmioHandle.Read(buffer, static_cast<std::int32_t>(wanted));
+}
+
+void WaveDataCopy(WaveDataFile& source, WaveDataFile& destination, std::int64_t byteCount) noexcept {
+  // A file may be shorter than its data chunk says; a read that ends before the file does is a fault.
+  const std::int64_t inFile = source.mmioHandle.Length() - source.mmioHandle.Position();
+  const std::int64_t wanted = std::min({byteCount, SoundLeft(source), inFile});
+  if (wanted > 0 && destination.mmioHandle.CopyFrom(source.mmioHandle, wanted) != wanted) destination.failed = true;
 }
 
 void WaveDataWrite(WaveDataFile& file, const void* bytes, std::int32_t byteCount) noexcept {

@@ -35,7 +35,7 @@ struct WaveDataFile {
   platform::RiffFile mmioHandle;
   std::int32_t dataLength = 0;  // of the data chunk, as its header says; negative from 2 GiB on
   std::int32_t dataOffset = 0;  // file offset of the first sound byte
-  bool failed = false;          // a write or seek did not do what was asked, or a created file could not be finished
+  bool failed = false;  // a write, copy or seek did not do what was asked, or a created file could not be finished
 };
 
 struct WaveInfo {
@@ -58,6 +58,10 @@ struct WaveInfo {
 std::int32_t WaveDataRead(WaveDataFile& file, void* buffer, std::int32_t byteCount) noexcept;
 
 void WaveDataWrite(WaveDataFile& file, const void* bytes, std::int32_t byteCount) noexcept;
+
+// Copies sound from one file's position to another's, never past the end of the sound. What cannot be copied though the
+// source should hold it marks a file as failed.
+void WaveDataCopy(WaveDataFile& source, WaveDataFile& destination, std::int64_t byteCount) noexcept;
 
 // Origin 0: offset into the sound; 1: from the position; any other: backwards from the end of the file.
 void WaveDataSeek(WaveDataFile& file, std::int32_t offset, std::int32_t origin) noexcept;

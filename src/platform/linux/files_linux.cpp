@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <optional>
@@ -65,28 +66,19 @@ std::int64_t MoveAll(std::int64_t byteCount, bool& failed, Transfer transfer) {
   return moved;
 }
 
-// Lets the kernel copy what it can, which costs no memory and on some file systems no time; how much that was.
-std::int64_t CopyInKernel(int source, int target) {
-  constexpr std::size_t kMostAtOnce = std::size_t{1} << 30;
-  off_t sourcePosition = 0;
-  off_t targetPosition = 0;
-  ssize_t count = 1;
-  while (count > 0 && !NextFileOperationFails()) {
-    count = Uninterrupted(
-        [&] { return copy_file_range(source, &sourcePosition, target, &targetPosition, kMostAtOnce, 0); });
+// Lets the kernel copy what it can and moves both positions; how much that was. Where it cannot, the caller goes on.
+std::int64_t CopyInKernel(int source, std::int64_t& sourcePosition, int target, std::int64_t& targetPosition,
+                          std::int64_t byteCount) {
+  constexpr std::int64_t kMostAtOnce = std::int64_t{1} << 30;
+  std::int64_t copied = 0;
+  while (copied < byteCount) {
+    const auto wanted = static_cast<std::size_t>(std::min(byteCount - copied, kMostAtOnce));
+    const ssize_t count =
+        Uninterrupted([&] { return copy_file_range(source, &sourcePosition, target, &targetPosition, wanted, 0); });
+    if (count <= 0) break;
+    copied += count;
   }
-  return targetPosition;
-}
-
-// From the streams' positions to the end of the source.
-bool CopyRest(FileStream& source, ReplacementFile& target) {
-  char bytes[64 * 1024];
-  std::int64_t byteCount = 1;
-  while (byteCount > 0 && target.IsWhole()) {
-    byteCount = source.Read(bytes, sizeof bytes);
-    if (byteCount > 0) target.Write(bytes, byteCount);
-  }
-  return byteCount == 0 && target.IsWhole();
+  return copied;
 }
 
 // File systems without the flag get the plain call; the caller has seen that the target does not exist.
@@ -139,6 +131,23 @@ bool FileStream::Write(const void* bytes, std::int64_t byteCount) noexcept {
   return !isFault && moved == byteCount;
 }
 
+std::int64_t FileStream::CopyFrom(FileStream& source, std::int64_t byteCount) noexcept {
+  const bool isFault = NextFileOperationFails();
+  if (!IsOpen() || !source.IsOpen() || byteCount < 0) return -1;
+  // A fault leaves half of the bytes, as a disk that fills up does.
+  std::int64_t left = isFault ? std::min(byteCount, source.Length()) / 2 : byteCount;
+  const std::int64_t begin = position_;
+  left -= CopyInKernel(DescriptorOf(source.handle_), source.position_, DescriptorOf(handle_), position_, left);
+  char bytes[64 * 1024];
+  while (left > 0) {
+    const std::int64_t got = source.Read(bytes, std::min<std::int64_t>(left, sizeof bytes));
+    if (got < 0 || !Write(bytes, got)) return -1;
+    if (got == 0) break;
+    left -= got;
+  }
+  return isFault ? -1 : position_ - begin;
+}
+
 std::int64_t FileStream::Seek(std::int64_t offset, SeekFrom origin) noexcept {
   const std::int64_t base = origin == SeekFrom::Start ? 0 : origin == SeekFrom::Current ? position_ : Length();
   std::int64_t position = 0;
@@ -181,11 +190,8 @@ bool CopyFileOver(const char* source, const char* target) noexcept {
       EntryExists(target) ? ReplacementFile::Durability::Synced : ReplacementFile::Durability::Cached;
   ReplacementFile copy;
   if (!copy.Begin(target)) return false;
+  if (copy.stream_.CopyFrom(from, std::numeric_limits<std::int64_t>::max()) < 0) return false;
   const int copyDescriptor = DescriptorOf(copy.stream_.handle_);
-  const std::int64_t copied = CopyInKernel(DescriptorOf(from.handle_), copyDescriptor);
-  from.Seek(copied, SeekFrom::Start);
-  copy.stream_.Seek(copied, SeekFrom::Start);
-  if (!CopyRest(from, copy)) return false;
   struct stat copyStatus {};
   if (IsReadOnly(status) && fstat(copyDescriptor, &copyStatus) == 0) {
     fchmod(copyDescriptor, copyStatus.st_mode & 07555);

@@ -181,4 +181,27 @@ void ReplacementFile::Discard() noexcept {
   folder_ = -1;
 }
 
+bool MoveFileOver(const char* source, const char* target) noexcept try {
+  const std::optional<std::string> from = NativePath(source);
+  const std::optional<NativeLocation> to = LocateFinal(target);
+  FileStream stream = FileStream::Open(source, OpenMode::ReadWrite);
+  if (!from || !to || !stream.IsOpen() || IsSameFile(source, target) || !stream.Flush()) return false;
+  stream.Close();
+  const int folder = OpenFolder(to->folder);
+  if (folder < 0) return false;
+  struct stat old {};
+  const bool isThere = fstatat(folder, to->name.c_str(), &old, 0) == 0;
+  const bool mayReplace = isThere ? MayReplace(folder, to->name.c_str(), old) : errno == ENOENT;
+  if (mayReplace && isThere) chmod(from->c_str(), old.st_mode & 0777);
+  bool isPlaced =
+      mayReplace && !NextFileOperationFails() && renameat(AT_FDCWD, from->c_str(), folder, to->name.c_str()) == 0;
+  const bool isElsewhere = mayReplace && !isPlaced && errno == EXDEV;
+  if (isPlaced) SyncFolder(folder);
+  close(folder);
+  if (isElsewhere) isPlaced = CopyFileOver(source, target) && RemoveFile(source);
+  return isPlaced;
+} catch (...) {
+  return false;
+}
+
 }  // namespace tavimo::platform
