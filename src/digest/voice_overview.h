@@ -11,7 +11,7 @@
 
 namespace tavimo::digest {
 
-inline constexpr std::size_t kOverviewColumns = 600;
+inline constexpr std::uint32_t kOverviewColumns = 600;
 using OverviewTable = std::array<std::uint32_t, kOverviewColumns>;
 
 // Entries from 600 on hold what the division leaves over; they are not drawn.
