@@ -1,4 +1,5 @@
 // Devices of a real sound server, a private one without hardware whose microphone hears what its sink plays.
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <numbers>
@@ -128,6 +129,32 @@ TEST_F(PulseTest, HearsInEveryFormatWhatIsPlayed) {
     EXPECT_NEAR(LoudestOf(steady), 0.5, 0.05);
     tvStopPlaying();
   }
+}
+
+TEST_F(PulseTest, PutsOnATapeWhatIsPlayed) {
+  const Window waveWindow;
+  vcSetWaveInAndOutWndProc(0, waveWindow);
+  ASSERT_EQ(vcNewTapeFile(22050, 16, 1, "tmpwav\\tmpmic.wav"), 0);
+  ASSERT_EQ(vcWaveInOpenForTape(22050, 16, 1), 1);
+  const Bytes tone = Tone(kSixteenMono, 700, 1.5);
+  ASSERT_EQ(tvPlayWave(tone.data(), static_cast<int>(tone.size()), 22050, 16, 1), 0);
+  vcRecordTape();
+  const auto end = steady_clock::now() + milliseconds(6000);
+  while (tvPlayedMs() >= 0 && steady_clock::now() < end) tvDispatchMessages(20);
+  const std::int32_t durationMs = vcStopRecordTape();
+  vcWaveInCloseForTape();
+  vcCloseWaveFile(3);
+  EXPECT_GT(durationMs, 1400);
+  EXPECT_EQ(vcIsWaveFile("tmpwav\\tmpmic.wav"), 1);
+
+  const Bytes tape = ReadBytes("tmpwav/tmpmic.wav");
+  std::vector<double> samples = FirstChannel({tape.begin() + 46, tape.end()}, kSixteenMono);
+  const auto isLoud = [](double sample) { return std::abs(sample) > 0.3; };
+  const auto begin = std::find_if(samples.begin(), samples.end(), isLoud);
+  ASSERT_GT(samples.end() - begin, 22050) << "a second of the tone is on the tape";
+  samples = {begin + 2205, begin + 19845};
+  EXPECT_NEAR(FrequencyOf(samples, 22050), 700, 7);
+  EXPECT_NEAR(LoudestOf(samples), 0.5, 0.05);
 }
 
 TEST_F(PulseTest, StopsAndGoesOnWithTheSameBlocks) {
