@@ -3,50 +3,10 @@
 #include <vector>
 
 #include "support/engine_test.h"
+#include "support/picture.h"
 
 namespace tavimo::tests {
 namespace {
-
-constexpr std::uint32_t kWhite = 0xFFFFFF;
-constexpr std::uint32_t kBlack = 0x000000;
-constexpr std::uint32_t kRed = 0x0000FF;
-
-struct Picture {
-  Picture(int pictureWidth, int pictureHeight)
-      : dc(tvCreateDc(pictureWidth, pictureHeight)), width(pictureWidth), height(pictureHeight) {}
-  Picture(const Picture&) = delete;
-  Picture& operator=(const Picture&) = delete;
-  ~Picture() { tvDestroyDc(dc); }
-
-  // One text line a row: '.' white, '#' black, 'r' red, '?' anything else.
-  [[nodiscard]] std::vector<std::string> Rows() const {
-    std::vector<std::string> rows;
-    for (int y = 0; y < height; ++y) {
-      std::string row;
-      for (int x = 0; x < width; ++x) row += Mark(tvPixel(dc, x, y));
-      rows.push_back(row);
-    }
-    return rows;
-  }
-
-  // Rows from the first to the last black pixel of a column; {-1, -1} when there is none.
-  [[nodiscard]] std::pair<int, int> BlackRows(int x) const {
-    std::pair<int, int> rows{-1, -1};
-    for (int y = 0; y < height; ++y) {
-      if (tvPixel(dc, x, y) != kBlack) continue;
-      if (rows.first < 0) rows.first = y;
-      rows.second = y;
-    }
-    return rows;
-  }
-
-  static char Mark(std::uint32_t colour) {
-    return colour == kWhite ? '.' : colour == kBlack ? '#' : colour == kRed ? 'r' : '?';
-  }
-
-  VcDc dc;
-  int width, height;
-};
 
 using Rows = std::pair<int, int>;
 
