@@ -115,8 +115,8 @@ VC_API void VC_CALL vcSetWaveInAndOutWndProc(intptr_t ignored, VcWindow window) 
  *  @return what the host's procedure returns; 0 when no window was registered.
  *  @failure none.
  *  @requires vcSetWaveInAndOutWndProc. */
-VC_API intptr_t VC_CALL HidedWndProcIn(VcWindow window, uint32_t message, uintptr_t wparam, intptr_t lparam)
-    VC_NOEXCEPT;
+VC_API intptr_t VC_CALL HidedWndProcIn(VcWindow window, uint32_t message, uintptr_t wparam,
+                                       intptr_t lparam) VC_NOEXCEPT;
 
 /** @brief Takes away or gives back the close command of every window of a window's class.
  *  @param window a window of the class.
@@ -404,8 +404,8 @@ VC_API int32_t VC_CALL vcIfDigestFileExist(const char* recording_path) VC_NOEXCE
  *           changes. A digest that could not be written whole: 1000, and no digest is in place. After a result of 0
  *           the percentage is still that of the job before.
  *  @requires the digest's folder. */
-VC_API int32_t VC_CALL vcMakeDigestFile(const char* source_path, const char* wave_path, const char* digest_path)
-    VC_NOEXCEPT;
+VC_API int32_t VC_CALL vcMakeDigestFile(const char* source_path, const char* wave_path,
+                                        const char* digest_path) VC_NOEXCEPT;
 
 /** @brief Gives the progress of the digest worker.
  *  @return 0 to 100 while it works, 1000 when everything is done; 0 before the first job.

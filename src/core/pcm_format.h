@@ -8,7 +8,7 @@
 //       12     2  block align, bytes per frame
 //       14     2  bits per sample
 //
-// Source: Multimedia Programming Interface and Data Specifications 1.0, IBM and Microsoft 1991, "Waveform Audio".
+// Source: IBM and Microsoft, Multimedia Programming Interface 1.0 (1991), chapter "Waveform Audio".
 #pragma once
 
 #include <array>

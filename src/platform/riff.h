@@ -1,7 +1,7 @@
 // RIFF files: chunks found, entered, created and left, with a position that moves as bytes are read and written.
 // Knows nothing of wave formats, nor of what a chunk holds.
 //
-// A RIFF file (Multimedia Programming Interface and Data Specifications 1.0, IBM and Microsoft 1991, chapter 2):
+// A RIFF file (IBM and Microsoft, Multimedia Programming Interface 1.0, 1991, chapter 2):
 //
 //   offset  size  content
 //        0     4  "RIFF"
