@@ -15,12 +15,14 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kAbout =
-    "tavimo takes a language lesson apart: it finds the sentences of a recording, stores and draws them.\n"
+    "tavimo takes a language lesson apart: it finds the sentences of a recording, stores and draws them, plays them,\n"
+    "and records the learner who says them.\n"
     "Recordings are PCM wave files of 8 or 16 bits, mono or stereo.";
 
 constexpr const char* kFooter =
     "\nEverything about a recording is kept in a folder of its own, HOME/lessons/NAME-HASH: its digest in temp, its\n"
-    "study file in zud. The hash is that of the recording's full path, so recordings of one name in different folders\n"
+    "study file in zud, the learner's voice in takes. The hash is that of the recording's full path, so recordings of "
+    "one name in different folders\n"
     "keep apart, and one that is moved starts anew. A recording whose name the engine cannot take is reached by a\n"
     "link in alias. HOME is the person's data folder (~/.local/share/tavimo) unless --home names another.\n"
     "\nExit codes: 0 done, 1 refused (the reason is on standard error), 2 wrong usage.";
@@ -34,6 +36,13 @@ struct Words {
   std::string style = "half";
   std::string from;
   std::string to;
+  std::string takesAction;
+  std::string silence;
+  std::string seconds;
+  std::string gap;
+  std::int64_t atMs = -1;
+  int sentence = 0;
+  int take = 0;
   bool exact = false;
   bool peak = false;
   bool json = false;
@@ -54,6 +63,23 @@ CLI::Validator TimeCheck() {
           ""};
 }
 
+constexpr int kHighestNumber = 999'999;  // of sentences and takes
+
+CLI::Validator NumberCheck() { return Quietly(CLI::Range(1, kHighestNumber)); }
+
+constexpr const char* kFileDevice = "file:";
+
+// The working folder will be another one by the time the file is opened.
+std::string WithAbsoluteFile(const std::string& device) {
+  if (!device.starts_with(kFileDevice)) return device;
+  return kFileDevice + Utf8(Absolute(device.substr(std::string(kFileDevice).size())));
+}
+
+TakesAction ActionOf(const std::string& word) {
+  if (word == "play") return TakesAction::Play;
+  return word == "rm" ? TakesAction::Remove : TakesAction::List;
+}
+
 WaveStyle StyleOf(const std::string& word) {
   if (word == "full") return WaveStyle::Full;
   return word == "bars" ? WaveStyle::Bars : WaveStyle::Half;
@@ -71,6 +97,12 @@ class Grammar {
     AddCut();
     AddWave();
     AddLesson();
+    AddPlay();
+    AddRecord();
+    AddTakes();
+    AddCompare();
+    AddCommand("recover", "Keep the recordings of programs that died while recording", RunRecover);
+    AddCommand("devices", "List the microphones and loudspeakers", RunDevices);
     app_.footer(kFooter);  // last, or every command's help would repeat it
   }
 
@@ -161,11 +193,107 @@ class Grammar {
     AddDigestKind(command);
     command.add_option("-o,--output", words_.output, "The folder for the pictures (default: this one)")
         ->type_name("FOLDER");
+    command
+        .add_option("--learner-sentence", options_.learnerSentence,
+                    "The sentence that a file NAME.learner.wav beside a recording answers; 2 by itself")
+        ->check(NumberCheck())
+        ->type_name("N");
+  }
+
+  CLI::Option& AddSentence(CLI::App& command) {
+    return *command.add_option("--sentence", words_.sentence, "The sentence, from 1")
+                ->check(NumberCheck())
+                ->type_name("N");
+  }
+
+  void AddTake(CLI::App& command) {
+    command.add_option("--take", words_.take, "The take of the sentence, from 1; the newest by itself")
+        ->check(NumberCheck())
+        ->type_name("K");
+  }
+
+  void AddDevice(CLI::App& command, const char* about) {
+    command.add_option("--device", options_.device, about)->type_name("NAME");
+  }
+
+  void AddPlay() {
+    CLI::App& command = AddCommand("play", "Play a sentence of a recording that was cut", RunPlay);
+    AddFile(command);
+    AddSentence(command).required();
+    command.add_option("--repeat", options_.repeat, "How many times, 1 to 1000")
+        ->check(Quietly(CLI::Range(1, 1000)))
+        ->type_name("K");
+    command.add_option("--gap", words_.gap, "The silence between two times, in seconds")
+        ->check(TimeCheck())
+        ->type_name("SECONDS");
+    AddDevice(command, "A loudspeaker from tavimo devices");
+  }
+
+  void AddRecord() {
+    CLI::App& command =
+        AddCommand("record", "Record the learner after a sentence of a recording that was cut", RunRecord);
+    command.footer(
+        "\nEnter, q, Ctrl-C or silence ends a take. Every take is a file of its own: one that is continued stays, and\n"
+        "the new one begins with its sound.");
+    AddFile(command);
+    AddSentence(command).required();
+    command
+        .add_option("--silence", words_.silence,
+                    "The silence behind the learner's words that ends the take; 2 by itself, none with --seconds")
+        ->check(TimeCheck())
+        ->type_name("SECONDS");
+    command.add_option("--seconds", words_.seconds, "The longest the take may be")
+        ->check(TimeCheck())
+        ->type_name("SECONDS");
+    AddDevice(command, "A microphone from tavimo devices, or file:PATH, a wave file in its place");
+    auto* append = command.add_flag("--append", options_.append, "Continue the newest take of the sentence");
+    command.add_option("--at", words_.atMs, "Record over the newest take from that moment on")
+        ->check(Quietly(CLI::Range(0, 2'000'000'000)))
+        ->excludes(append)
+        ->type_name("MS");
+  }
+
+  void AddTakes() {
+    CLI::App& command = AddCommand("takes", "List, play or remove what the learner has recorded", RunTakes);
+    command.add_option("ACTION", words_.takesAction, "list, play or rm")
+        ->required()
+        ->check(Quietly(CLI::IsMember({"list", "play", "rm"})))
+        ->type_name("");
+    AddFile(command);
+    AddSentence(command);
+    AddTake(command);
+    AddDevice(command, "For play, a loudspeaker from tavimo devices");
+  }
+
+  void AddCompare() {
+    CLI::App& command = AddCommand("compare", "Draw a sentence and a take of it under each other", RunCompare);
+    AddFile(command);
+    AddSentence(command).required();
+    AddTake(command);
+    AddDigestKind(command);
+    command.add_option("-o,--output", words_.output, "The picture to write")->required()->type_name("PNG");
+  }
+
+  // What the commands around the learner's voice have been told; a complaint, or nothing.
+  std::string FinishVoice() {
+    if (words_.sentence > 0) options_.sentence = words_.sentence;
+    if (words_.take > 0) options_.take = words_.take;
+    if (words_.atMs >= 0) options_.atMs = words_.atMs;
+    if (!words_.silence.empty()) options_.silenceLengthMs = ParseTime(words_.silence);
+    if (!words_.seconds.empty()) options_.lengthMs = ParseTime(words_.seconds);
+    if (!words_.gap.empty()) options_.gapMs = ParseTime(words_.gap).value();
+    options_.device = WithAbsoluteFile(options_.device);
+    options_.takesAction = ActionOf(words_.takesAction);
+    if (options_.silenceLengthMs == 0 || options_.lengthMs == 0) return "--silence and --seconds must be above 0";
+    if (options_.take && !options_.sentence) return "--take counts the takes of one sentence; name it with --sentence";
+    if (options_.takesAction == TakesAction::Remove && !options_.take)
+      return "rm removes one take: name it with --sentence and --take";
+    return {};
   }
 
   ParsedCommandLine Finish() {
     options_.home = words_.home.empty() ? UserDataFolder() : Absolute(words_.home);
-    if (options_.home.empty() && options_.command != RunInfo)
+    if (options_.home.empty() && options_.command != RunInfo && options_.command != RunDevices)
       return Complain("no data folder is known; name one with --home");
     if (!words_.file.empty()) words_.files = {words_.file};
     for (const std::string& file : words_.files) options_.files.push_back(Absolute(file));
@@ -176,6 +304,7 @@ class Grammar {
     if (!words_.from.empty()) options_.fromMs = ParseTime(words_.from).value();
     if (!words_.to.empty()) options_.toMs = ParseTime(words_.to).value();
     if (options_.toMs && *options_.toMs <= options_.fromMs) return Complain("--to must lie behind --from");
+    if (const std::string complaint = FinishVoice(); !complaint.empty()) return Complain(complaint);
     return {options_, kDone};
   }
 

@@ -2,11 +2,14 @@
 #include <iostream>
 #include <set>
 
+#include "comparison.h"
 #include "options.h"
+#include "recorder.h"
 #include "refusal.h"
 #include "sentence_finder.h"
 #include "sentence_table.h"
 #include "system.h"
+#include "tape_recovery.h"
 #include "text.h"
 
 namespace tavimo::host {
@@ -32,13 +35,30 @@ Sentences LoadOrCut(LessonSession& session, const Digest& digest) {
 }
 
 // "unit1-wave.png"; the second recording of that name gets "unit1-wave-2.png".
-fs::path PictureFile(const fs::path& folder, const fs::path& recording, std::set<fs::path>& taken) {
-  const std::string name = Shortened(Utf8(recording.stem()), kLongestPictureStem) + "-wave";
+fs::path PictureFile(const fs::path& folder, const fs::path& recording, const char* kind, std::set<fs::path>& taken) {
+  const std::string name = Shortened(Utf8(recording.stem()), kLongestPictureStem) + kind;
   fs::path file = folder / PathFromUtf8(name + ".png");
   for (int number = 2; !taken.insert(file).second; ++number) {
     file = folder / PathFromUtf8(name + "-" + std::to_string(number) + ".png");
   }
   return file;
+}
+
+// A learner's voice that came with the lesson takes the place of the microphone, at the pace at which it was spoken.
+void RecordLearner(LessonSession& session, const Digest& digest, int sentence, const fs::path& learner,
+                   const fs::path& picture) {
+  const WaveHeader header = ReadWaveHeader(learner);
+  if (!header.problem.empty()) throw Refusal(Readable(learner.filename()) + ": " + header.problem);
+  (void)StretchOf(session, sentence);  // refuses what is no sentence
+  RecordingRequest request;
+  request.sentence = sentence;
+  request.device = "file:" + Utf8(learner);
+  request.lengthMs = header.DurationMs();
+  const RecordingResult result = RecordTake(session, request);
+  StopIfInterrupted();
+  std::cout << "recorded: " << Describe(result.take) << '\n';
+  std::cout << Describe(SaveComparison(session, digest.levels, sentence, ChooseTake(sentence, {}), picture));
+  std::cout << "picture: " << Readable(picture) << '\n';
 }
 
 void TakeLesson(const Options& options, const fs::path& file, std::set<fs::path>& taken) {
@@ -50,14 +70,20 @@ void TakeLesson(const Options& options, const fs::path& file, std::set<fs::path>
   request.recordingMs = static_cast<std::int64_t>(digest.levels.size()) * kLevelMs;
   request.toMs = request.recordingMs;
   request.startsMs = sentences.startsMs;
-  const fs::path picture = PictureFile(options.output, session.Recording(), taken);
+  const fs::path picture = PictureFile(options.output, session.Recording(), "-wave", taken);
   SaveWavePicture(request, picture);
   std::cout << "picture: " << Readable(picture) << '\n';
+  const fs::path learner = fs::path(session.Recording()).replace_extension(".learner.wav");
+  std::error_code error;  // a name may be too long for an ending more
+  if (!fs::exists(learner, error)) return;
+  RecordLearner(session, digest, options.learnerSentence, learner,
+                PictureFile(options.output, session.Recording(), "-compare", taken));
 }
 
 }  // namespace
 
 int RunLesson(const Options& options) {
+  RecoverAtStart(options.home);
   int exitCode = kDone;
   std::set<fs::path> taken;
   for (const fs::path& file : options.files) {

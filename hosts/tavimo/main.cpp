@@ -24,7 +24,8 @@ int Run(int argc, char** argv) {
   try {
     return line.options->command(*line.options);
   } catch (const Refusal& refusal) {
-    return Refuse(Readable(line.options->files.front().filename()) + ": " + refusal.what());
+    const auto& files = line.options->files;
+    return Refuse((files.empty() ? "" : Readable(files.front().filename()) + ": ") + refusal.what());
   }
 }
 

@@ -16,12 +16,13 @@ namespace tavimo::host {
 enum ExitCode : int { kDone = 0, kRefused = 1, kUsage = 2 };
 
 enum class TableForm { ForPeople, Json };
+enum class TakesAction { List, Play, Remove };
 
 struct Options {
   int (*command)(const Options&) = nullptr;
   std::filesystem::path home;  // absolute, as are the following
   std::vector<std::filesystem::path> files;
-  std::filesystem::path output;  // the picture of wave, the pictures' folder of lesson
+  std::filesystem::path output;  // the picture of wave and compare, the pictures' folder of lesson
   DigestKind digestKind = DigestKind::Peak;
   std::optional<int> threshold;
   std::optional<int> silenceMs;
@@ -31,6 +32,17 @@ struct Options {
   std::optional<std::int64_t> toMs;
   int width = 1200;
   int height = 240;
+  std::optional<int> sentence;  // numbers of sentences and takes count from 1
+  std::optional<int> take;
+  TakesAction takesAction = TakesAction::List;
+  std::string device;  // a wave file's path in it is absolute; empty: the system's choice
+  bool append = false;
+  std::optional<std::int64_t> atMs;
+  std::optional<std::int64_t> silenceLengthMs;  // that ends a take
+  std::optional<std::int64_t> lengthMs;         // of a take, at most
+  int repeat = 1;
+  std::int64_t gapMs = 0;
+  int learnerSentence = 2;
 };
 
 int RunInfo(const Options& options);
@@ -38,5 +50,11 @@ int RunDigest(const Options& options);
 int RunCut(const Options& options);
 int RunWave(const Options& options);
 int RunLesson(const Options& options);
+int RunDevices(const Options& options);
+int RunPlay(const Options& options);
+int RunRecord(const Options& options);
+int RunTakes(const Options& options);
+int RunCompare(const Options& options);
+int RunRecover(const Options& options);
 
 }  // namespace tavimo::host

@@ -7,7 +7,7 @@ namespace tavimo::host {
 
 namespace {
 
-constexpr std::string_view kCharacters = "0123456789:.";
+constexpr std::string_view kCharacters = "0123456789:.-aceknst";
 
 // Seven rows from the top, five columns in the low bits, the leftmost the highest.
 constexpr std::array<std::array<std::uint8_t, kDigitHeight>, kCharacters.size()> kShapes = {{
@@ -23,6 +23,14 @@ constexpr std::array<std::array<std::uint8_t, kDigitHeight>, kCharacters.size()>
     {0b01110, 0b10001, 0b10001, 0b01111, 0b00001, 0b00010, 0b01100},
     {0b00000, 0b00100, 0b00100, 0b00000, 0b00100, 0b00100, 0b00000},
     {0b00000, 0b00000, 0b00000, 0b00000, 0b00000, 0b01100, 0b01100},
+    {0b00000, 0b00000, 0b00000, 0b01110, 0b00000, 0b00000, 0b00000},
+    {0b00000, 0b00000, 0b01110, 0b00001, 0b01111, 0b10001, 0b01111},
+    {0b00000, 0b00000, 0b01110, 0b10000, 0b10000, 0b10001, 0b01110},
+    {0b00000, 0b00000, 0b01110, 0b10001, 0b11111, 0b10000, 0b01110},
+    {0b10000, 0b10000, 0b10010, 0b10100, 0b11000, 0b10100, 0b10010},
+    {0b00000, 0b00000, 0b10110, 0b11001, 0b10001, 0b10001, 0b10001},
+    {0b00000, 0b00000, 0b01110, 0b10000, 0b01110, 0b00001, 0b11110},
+    {0b01000, 0b01000, 0b11100, 0b01000, 0b01000, 0b01001, 0b00110},
 }};
 
 }  // namespace

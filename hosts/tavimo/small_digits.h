@@ -1,5 +1,5 @@
-// Digits, colon and point as five by seven pixels, painted into a picture. For the numbers on a wave picture, which then
-// need no font; not for text.
+// Digits, colon, point, hyphen and the letters of "sentence" and "take" as five by seven pixels, painted into a picture.
+// For the numbers and labels on wave pictures, which then need no font; not for text.
 #pragma once
 
 #include <string_view>

@@ -2,12 +2,49 @@
 // system; nothing else in this program knows which system it runs on.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <memory>
 
 namespace tavimo::host {
 
 // Whether standard error is a terminal that a progress bar may be drawn on.
 [[nodiscard]] bool ErrorsGoToTerminal();
+
+// A file that one process at a time holds: from its making to its end, or until the process dies, however it dies.
+class FileLock {
+ public:
+  // Makes the file where it is missing, and never waits.
+  explicit FileLock(const std::filesystem::path& file);
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  ~FileLock();
+
+  // False when another process holds it, or the file cannot be made.
+  [[nodiscard]] bool IsHeld() const { return file_ >= 0; }
+
+ private:
+  std::intptr_t file_;
+};
+
+// While it lives, keys pressed on the terminal are seen at once and not echoed. Where standard input is no terminal, or
+// belongs to another program at the moment, no key is ever seen.
+class TerminalKeys {
+ public:
+  TerminalKeys();
+  TerminalKeys(const TerminalKeys&) = delete;
+  TerminalKeys& operator=(const TerminalKeys&) = delete;
+  ~TerminalKeys();
+
+  [[nodiscard]] bool AreSeen() const { return before_ != nullptr; }
+
+  // The next key pressed, or 0.
+  [[nodiscard]] char Next();
+
+ private:
+  struct Settings;
+  std::unique_ptr<Settings> before_;
+};
 
 // The folder in which programs keep what they know of this person's files; empty when the system names none.
 [[nodiscard]] std::filesystem::path UserDataFolder();

@@ -1,4 +1,7 @@
 // The system's own words on Linux and its relatives.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -18,6 +21,43 @@ void NoteInterrupt(int signal) { interruptSignal = signal; }
 }  // namespace
 
 bool ErrorsGoToTerminal() { return isatty(STDERR_FILENO) == 1; }
+
+FileLock::FileLock(const std::filesystem::path& file)
+    : file_(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {  // NOLINT(cppcoreguidelines-pro-type-vararg)
+  if (file_ < 0 || flock(static_cast<int>(file_), LOCK_EX | LOCK_NB) == 0) return;
+  close(static_cast<int>(file_));
+  file_ = -1;
+}
+
+// The file stays: removing it would let a process lock a file that the next one no longer finds.
+FileLock::~FileLock() {
+  if (file_ >= 0) close(static_cast<int>(file_));
+}
+
+struct TerminalKeys::Settings {
+  termios values{};
+};
+
+TerminalKeys::TerminalKeys() {
+  auto settings = std::make_unique<Settings>();
+  // A program in the background would be stopped for touching the terminal.
+  const bool isOurs = isatty(STDIN_FILENO) == 1 && tcgetpgrp(STDIN_FILENO) == getpgrp();
+  if (!isOurs || tcgetattr(STDIN_FILENO, &settings->values) != 0) return;
+  termios atOnce = settings->values;
+  atOnce.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);
+  atOnce.c_cc[VMIN] = 0;
+  atOnce.c_cc[VTIME] = 0;
+  if (tcsetattr(STDIN_FILENO, TCSANOW, &atOnce) == 0) before_ = std::move(settings);
+}
+
+TerminalKeys::~TerminalKeys() {
+  if (before_) tcsetattr(STDIN_FILENO, TCSANOW, &before_->values);
+}
+
+char TerminalKeys::Next() {
+  char key = 0;
+  return before_ && read(STDIN_FILENO, &key, 1) == 1 ? key : '\0';
+}
 
 std::filesystem::path UserDataFolder() {
   // The base directory rules count a relative path as none.

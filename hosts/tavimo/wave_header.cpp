@@ -179,6 +179,12 @@ std::int64_t WaveHeader::DurationMs() const {
   return static_cast<std::int64_t>(dataLength * 1000 / (std::uint64_t{sampleRate} * channels * bitsPerSample / 8));
 }
 
+std::uint64_t WaveHeader::ByteAt(std::int64_t timeMs) const {
+  const std::uint64_t frame = std::uint64_t{sampleRate} * static_cast<std::uint64_t>(timeMs) / 1000;
+  const std::uint64_t frameBytes = std::uint64_t{channels} * bitsPerSample / 8;
+  return std::min(frame * frameBytes, dataLength / frameBytes * frameBytes);
+}
+
 WaveHeader ReadWaveHeader(const fs::path& path) {
   WaveHeader header;
   std::ifstream file;

@@ -24,11 +24,13 @@ struct WaveHeader {
   [[nodiscard]] bool HasFormat() const { return channels != 0; }
   [[nodiscard]] bool IsTruncated() const { return dataLength < storedDataLength; }
 
-  // The bytes of one level. REQUIRES: problem is empty, as for the following two.
+  // The bytes of one level. REQUIRES: problem is empty, as for the following three.
   [[nodiscard]] std::uint64_t BlockBytes() const;
   // How many levels a digest of the sound has; a last short block counts.
   [[nodiscard]] std::uint64_t LevelCount() const;
   [[nodiscard]] std::int64_t DurationMs() const;
+  // How many bytes of sound, in whole frames, lie before a time; at most dataLength.
+  [[nodiscard]] std::uint64_t ByteAt(std::int64_t timeMs) const;
 };
 
 [[nodiscard]] WaveHeader ReadWaveHeader(const std::filesystem::path& path);

@@ -2,47 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 
-#include "refusal.h"
+#include "picture_parts.h"
 #include "small_digits.h"
 #include "tavimo_host.h"
-#include "text.h"
 #include "wave_header.h"
 
 namespace tavimo::host {
 
 namespace {
 
-// 0x00BBGGRR
-constexpr std::uint32_t kPaper = 0xFFFFFF;
-constexpr std::uint32_t kBand = 0xFAF1E6;
-constexpr std::uint32_t kWave = 0x9A5A1C;
-constexpr std::uint32_t kTick = 0x2A7FE0;
-constexpr std::uint32_t kAxis = 0x909090;
-constexpr std::uint32_t kText = 0x303030;
-
 constexpr int kNumbersHeight = 14;
-constexpr int kTimesHeight = 18;
-constexpr int kTimesGap = 70;  // pixels from one time to the next, at least
-
-// How time and columns go together in one picture.
-struct Scale {
-  std::int64_t firstLevel = 0;
-  std::int64_t levelsPerStep = 1;  // a step is one column of the half wave, a pair of columns of the others
-  int columns = 1;                 // as the engine draws them
-  int pixelsPerColumn = 1;
-  int columnsPerStep = 1;
-
-  [[nodiscard]] int PixelAt(std::int64_t timeMs) const {
-    const std::int64_t sinceFirst = timeMs - firstLevel * kLevelMs;
-    return static_cast<int>(sinceFirst * columnsPerStep * pixelsPerColumn / (levelsPerStep * kLevelMs));
-  }
-  [[nodiscard]] std::int64_t TimeAt(int pixel) const {
-    return firstLevel * kLevelMs + pixel * levelsPerStep * kLevelMs / (std::int64_t{columnsPerStep} * pixelsPerColumn);
-  }
-  [[nodiscard]] int Width() const { return columns * pixelsPerColumn; }
-};
 
 Scale ScaleFor(const PictureRequest& request) {
   Scale scale;
@@ -59,17 +29,6 @@ Scale ScaleFor(const PictureRequest& request) {
   return scale;
 }
 
-struct DcCloser {
-  void operator()(VcDc dc) const { tvDestroyDc(dc); }
-};
-using Picture = std::unique_ptr<std::remove_pointer_t<VcDc>, DcCloser>;
-
-Picture MakePicture(int width, int height) {
-  Picture picture(tvCreateDc(width, height));
-  if (!picture) throw Refusal("there is no memory for its picture");
-  return picture;
-}
-
 Picture DrawWave(const PictureRequest& request, const Scale& scale, int height) {
   Picture wave = MakePicture(scale.columns, height);
   tvSelectPen(wave.get(), kWave);
@@ -82,19 +41,6 @@ Picture DrawWave(const PictureRequest& request, const Scale& scale, int height) 
     vcDrawSrcDigestWave(wave.get(), height, scale.columns, startMs, levels, fromBottom);
   }
   return wave;
-}
-
-// Lays what the engine drew over the bands, each of its columns as wide as the scale says.
-void PlaceWave(VcDc picture, VcDc wave, const Scale& scale, int top, int height) {
-  for (int column = 0; column < scale.columns; ++column) {
-    for (int y = 0; y < height;) {
-      const std::uint32_t colour = tvPixel(wave, column, y);
-      const int first = y;
-      while (y < height && tvPixel(wave, column, y) == colour) ++y;
-      if (colour == kPaper) continue;
-      tvFill(picture, column * scale.pixelsPerColumn, top + first, scale.pixelsPerColumn, y - first, colour);
-    }
-  }
 }
 
 // The sentences that reach into the picture, by number from 1, and how many of them are marked: each one, or where they
@@ -148,28 +94,6 @@ void DrawMarks(VcDc picture, const PictureRequest& request, const Scale& scale, 
   }
 }
 
-// "1:05", and "1:05.5" where the times stand closer than a second.
-std::string ShortTime(std::int64_t timeMs, std::int64_t stepMs) {
-  const std::string full = FormatTime(timeMs);
-  return full.substr(0, full.size() - (stepMs % 1000 == 0 ? 4 : 2));
-}
-
-void DrawTimes(VcDc picture, const Scale& scale, int top) {
-  static constexpr auto kStepsMs =
-      std::to_array<std::int64_t>({100, 200, 500, 1000, 2000, 5000, 10'000, 15'000, 30'000, 60'000, 120'000, 300'000,
-                                   600'000, 1'800'000, 3'600'000});
-  const std::int64_t gapMs = scale.TimeAt(kTimesGap) - scale.TimeAt(0);
-  const auto step = std::lower_bound(kStepsMs.begin(), kStepsMs.end() - 1, gapMs);
-  tvFill(picture, 0, top, scale.Width(), 1, kAxis);
-  std::int64_t timeMs = (scale.TimeAt(0) + *step - 1) / *step * *step;
-  for (int x = scale.PixelAt(timeMs); x < scale.Width(); timeMs += *step, x = scale.PixelAt(timeMs)) {
-    tvFill(picture, x, top, 1, 4, kAxis);
-    const std::string text = ShortTime(timeMs, *step);
-    const int left = std::max(x - DigitsWidth(text) / 2, 1);
-    if (left + DigitsWidth(text) < scale.Width()) DrawDigits(picture, left, top + 7, text, kText);
-  }
-}
-
 }  // namespace
 
 PictureSize SaveWavePicture(const PictureRequest& request, const std::filesystem::path& file) {
@@ -183,9 +107,7 @@ PictureSize SaveWavePicture(const PictureRequest& request, const std::filesystem
   PlaceWave(picture.get(), wave.get(), scale, kNumbersHeight, waveHeight);
   DrawMarks(picture.get(), request, scale, marks, waveBottom);
   DrawTimes(picture.get(), scale, waveBottom);
-  if (tvSavePng(picture.get(), Utf8(file).c_str()) != 0) {
-    throw Refusal("its picture could not be saved as " + Readable(file));
-  }
+  SavePicture(picture.get(), file);
   return {scale.Width(), request.height};
 }
 

@@ -1,6 +1,6 @@
 #!/bin/sh
 # Makes the sample lesson: first-day.wav and, beside it, first-day.truth.tsv with the true start and end of every
-# sentence. Each sentence is spoken and trimmed alone, so where it begins is counted in samples, not measured by ear.
+# sentence. And first-day.learner.wav: what a learner makes of the second sentence. Each sentence is spoken and trimmed alone, so where it begins is counted in samples, not measured by ear.
 # Needs espeak-ng and sox. The same versions of the two give the same bytes.
 set -eu
 
@@ -57,3 +57,9 @@ sox -D "$work"/[0-9]*.wav "$work/speech.wav"
 sox -R -D -r $rate -n -b 16 -c 1 "$work/noise.wav" synth "$(soxi -s "$work/speech.wav")s" pinknoise vol 0.004
 sox -D -m -v 1 "$work/speech.wav" -v 1 "$work/noise.wav" -b 16 first-day.wav
 mv "$work/truth.tsv" first-day.truth.tsv
+
+# The learner: another voice, slower, with a breath before and behind; half the rate is enough for a microphone.
+learner=$(printf '%s\n' "$sentences" | sed -n '2s/^[^|]*|[^|]*|//p')
+espeak-ng -v en-us+m1 -s 130 -a 100 -w "$work/learner.wav" "$learner"
+sox -R -D "$work/learner.wav" -r 11025 -b 16 -c 1 first-day.learner.wav \
+  silence 1 0.002 0.5% reverse silence 1 0.002 0.5% reverse pad 0.2 0.3
