@@ -23,7 +23,7 @@ bool StartThread(void (*entry)() noexcept) noexcept {
   sigset_t previous;
   sigfillset(&everything);
   pthread_sigmask(SIG_SETMASK, &everything, &previous);
-  pthread_t thread;
+  pthread_t thread{};
   const bool isStarted = pthread_create(&thread, nullptr, Run, reinterpret_cast<void*>(entry)) == 0;
   pthread_sigmask(SIG_SETMASK, &previous, nullptr);
   if (isStarted) pthread_detach(thread);
