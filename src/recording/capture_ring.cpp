@@ -26,6 +26,8 @@ bool BeginCapture(CaptureRing& ring) noexcept {
   ring.queuedCount = 0;
   ring.returnedCount = 0;
   ring.nextIndex = 0;
+  ring.waitingReturns = 0;
+  ++ring.session;
   ring.captureActive = true;
   platform::StartWaveInput(ring.inputDevice);
   for (std::size_t i = 0; i < kCaptureBlocks; ++i) {

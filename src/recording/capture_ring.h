@@ -21,6 +21,9 @@ struct CaptureRing {
   std::int32_t nextIndex = 0;                                 // the block expected back next
   std::int32_t queuedCount = 0;                               // since the device was opened
   std::int32_t returnedCount = 0;                             // handled since the device was opened
+  std::int32_t waitingReturns = 0;                            // returned, and not yet taken up
+  std::uint32_t session = 0;                                  // another one for each opening of the device
+  bool isHandling = false;                                    // a returned block is being handled
   bool captureActive = false;                                 // returned blocks are handled
   bool tapeWriting = false;                                   // and appended to the tape
   bool paused = false;

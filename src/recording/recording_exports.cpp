@@ -51,16 +51,18 @@ void ShowRequeueFaults(const recording::RequeueFaults& faults) noexcept {
 
 namespace tavimo::recording {
 
-void HandleReturnedBlock() noexcept {
-  CaptureRing& ring = State().captureRing;
-  if (!ring.captureActive) return;
+namespace {
+
+void HandleOneBlock(CaptureRing& ring) noexcept {
   core::CurrentWaveFile& tape = core::State().currentWaveFile;
   const core::HostWindows& windows = core::State().hostWindows;
   const std::span<const std::uint8_t> block = NextBlock(ring);
-  if (ring.tapeWriting) tape.mmioHandle.Write(block.data(), kCaptureBlockBytes);
+  if (ring.tapeWriting) WriteBlock(tape, block);
   const std::int32_t level = LevelOf(block);
+  const std::uint32_t session = ring.session;
   // The host reads positions in this message: they do not include the block yet.
   if (ring.tapeWriting) platform::SendToWindow(windows.mainWindow, platform::kMessageKeyUp, platform::kKeyF4, 0);
+  if (ring.session != session) return;  // the host opened the device anew in its message: the block was another ring's
   platform::PostToWindow(windows.levelBar, platform::kMessageSetBarPosition, static_cast<std::uintptr_t>(level), 0);
   ++ring.returnedCount;
   if (ring.tapeWriting) {
@@ -69,6 +71,22 @@ void HandleReturnedBlock() noexcept {
   }
   // A host that closed the device in its message has taken the blocks back already.
   if (ring.captureActive) ShowRequeueFaults(RequeueNextBlock(ring));
+}
+
+}  // namespace
+
+// A host may dispatch messages while it is sent one, from a box say: the blocks that return meanwhile wait for their turn.
+void HandleReturnedBlock() noexcept {
+  CaptureRing& ring = State().captureRing;
+  if (!ring.captureActive) return;
+  ++ring.waitingReturns;
+  if (ring.isHandling) return;
+  ring.isHandling = true;
+  while (ring.captureActive && ring.waitingReturns > 0) {
+    --ring.waitingReturns;
+    HandleOneBlock(ring);
+  }
+  ring.isHandling = false;
 }
 
 }  // namespace tavimo::recording
@@ -111,6 +129,7 @@ std::int32_t VC_CALL vcWaveInOpenForTape(std::int32_t sample_rate, std::int32_t 
   recording::CaptureRing& ring = State().captureRing;
   if (ring.inputDevice != 0) return 0;
   vcSetTapeFileFormat(sample_rate, bits_per_sample, channels);
+  if (!recording::FitsDevice(core::State().tapeFormat)) return 0;
   const core::PcmFormat& format = core::State().tapeFormat.deviceFormat;
   const platform::AudioResult opened = platform::OpenWaveInput(
       ring.inputDevice, {format.formatTag, format.channels, format.sampleRate, format.bitsPerSample},
@@ -121,7 +140,9 @@ std::int32_t VC_CALL vcWaveInOpenForTape(std::int32_t sample_rate, std::int32_t 
 void VC_CALL vcRecordTape() noexcept {
   core::CurrentWaveFile& tape = core::State().currentWaveFile;
   if (!tape.mmioHandle.IsOpen()) return;
-  tape.mmioHandle.Seek(tape.filePosition, platform::SeekFrom::Start);
+  // A position before the sound, or behind 2 GiB where it wraps, would let the blocks overwrite the header or the start.
+  if (tape.filePosition < tape.dataOffset) return;
+  if (tape.mmioHandle.Seek(tape.filePosition, platform::SeekFrom::Start) < 0) return;
   tape.dataLength = core::WrappingSubtract(tape.filePosition, tape.dataOffset);
   State().captureRing.tapeWriting = true;
 }

@@ -1,5 +1,8 @@
 #include "recording/tape_file.h"
 
+#include <algorithm>
+#include <limits>
+
 #include "core/arithmetic.h"
 #include "core/wave_header.h"
 #include "platform/files.h"
@@ -11,6 +14,8 @@ using platform::OpenMode;
 using platform::RiffFile;
 
 namespace {
+
+constexpr std::int64_t kHighestPosition = std::numeric_limits<std::int32_t>::max();
 
 TapeFault FaultOf(core::CreateFault fault) noexcept {
   switch (fault) {
@@ -79,6 +84,10 @@ void SetTapeFormat(core::TapeFormat& format, std::int32_t rate, std::int32_t bit
   };
 }
 
+bool FitsDevice(const core::TapeFormat& format) noexcept {
+  return format.deviceFormat.channels == format.channels && format.deviceFormat.bitsPerSample == format.bitsPerSample;
+}
+
 TapeFault NewTape(const char* path, const core::TapeFormat& tapeFormat, core::CurrentWaveFile& tape,
                   core::PcmFormat& currentFormat) noexcept {
   tape.riffChunk = {};
@@ -96,9 +105,9 @@ TapeFault NewTape(const char* path, const core::TapeFormat& tapeFormat, core::Cu
 }
 
 TapeFault AppendTape(const char* path, core::CurrentWaveFile& tape, core::PcmFormat& currentFormat) noexcept {
-  tape.mmioHandle.Close();
   const platform::FileStream readable = platform::FileStream::Open(path, OpenMode::Read);
   if (!readable.IsOpen()) return TapeFault::CannotRead;
+  tape.mmioHandle.Close();
   tape.mmioHandle = RiffFile::Open(path, OpenMode::ReadWrite);
   if (!tape.mmioHandle.IsOpen()) return TapeFault::CannotWrite;
   const TapeFault fault = EnterTape(tape, currentFormat);
@@ -108,8 +117,15 @@ TapeFault AppendTape(const char* path, core::CurrentWaveFile& tape, core::PcmFor
   }
   tape.dataOffset = static_cast<std::int32_t>(tape.subChunk.dataOffset);
   tape.filePosition = tape.dataOffset;
-  tape.dataLength = core::HoldToInt32(readable.Length() - tape.dataOffset);
+  // The end of the sound is a position too, and positions have 32 bits.
+  tape.dataLength = core::HoldToInt32(std::min<std::int64_t>(readable.Length(), kHighestPosition) - tape.dataOffset);
   return TapeFault::None;
+}
+
+void WriteBlock(core::CurrentWaveFile& tape, std::span<const std::uint8_t> block) noexcept {
+  const auto byteCount = static_cast<std::int32_t>(block.size());
+  if (tape.mmioHandle.Write(block.data(), byteCount) == byteCount) return;
+  tape.mmioHandle.Seek(std::int64_t{tape.filePosition} + byteCount, platform::SeekFrom::Start);
 }
 
 bool SaveTape(const char* source, const char* destination) noexcept {

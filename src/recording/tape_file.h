@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "core/current_wave_file.h"
 #include "core/pcm_format.h"
@@ -24,6 +25,9 @@ namespace tavimo::recording {
 
 // Sets every field of the recording format, whatever the values: devices refuse what makes no sense.
 void SetTapeFormat(core::TapeFormat& format, std::int32_t rate, std::int32_t bits, std::int32_t channels) noexcept;
+
+// False for channels or bits that a device's 16-bit fields cannot tell.
+[[nodiscard]] bool FitsDevice(const core::TapeFormat& format) noexcept;
 
 enum class TapeFault {
   None,
@@ -54,6 +58,10 @@ enum class TapeFault {
 // chunk says and whatever chunks follow. After a fault no tape is open.
 [[nodiscard]] TapeFault AppendTape(const char* path, core::CurrentWaveFile& tape,
                                    core::PcmFormat& currentFormat) noexcept;
+
+// Writes a captured block at the tape's position. After a short write, on a full disk, the next block still stands where
+// the counters say, and no channel changes places.
+void WriteBlock(core::CurrentWaveFile& tape, std::span<const std::uint8_t> block) noexcept;
 
 // Renames a closed tape, or copies it over what is at the destination and then deletes it. On false both files are as
 // they were.

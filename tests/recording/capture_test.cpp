@@ -1,4 +1,5 @@
 // The capture loop, with blocks the test feeds itself: what is written, counted, shown and told, and in which order.
+#include <filesystem>
 #include <numeric>
 #include <vector>
 
@@ -176,6 +177,10 @@ TEST_F(Capture, IsRefusedQuietly) {
   EXPECT_EQ(vcWaveInOpenForTape(22050, 8, 1), 0);
   EXPECT_EQ(core::State().tapeFormat.sampleRate, 22050) << "the format is set all the same";
   tvUseWaveInput("host");
+  for (const auto& [bits, channels] : {std::pair{16, 65537}, {16, -65535}, {-65528, 1}, {65552, 1}, {16, 0}, {7, 1}}) {
+    EXPECT_EQ(vcWaveInOpenForTape(22050, bits, channels), 0) << bits << " bits, " << channels << " channels";
+  }
+  tvUseWaveInput("host");
   ASSERT_EQ(vcWaveInOpenForTape(22050, 8, 1), 1);
   EXPECT_EQ(vcWaveInOpenForTape(44100, 16, 2), 0) << "it is open";
   EXPECT_EQ(core::State().tapeFormat.sampleRate, 22050) << "the first goes on as it was";
@@ -204,6 +209,66 @@ TEST_F(Capture, MayBeClosedFromTheHostsOwnMessage) {
   Feed(1, 1);
   EXPECT_TRUE(boxes.Take().empty());
   EXPECT_EQ(vcWaveInOpenForTape(22050, 8, 1), 1);
+}
+
+std::intptr_t VC_CALL ReopeningProc(VcWindow, std::uint32_t message, std::uintptr_t, std::intptr_t) {
+  if (message == 0x101 && mainNotices.empty()) {
+    mainNotices.push_back({});
+    vcWaveInCloseForTape();
+    EXPECT_EQ(vcWaveInOpenForTape(22050, 8, 1), 1);
+  }
+  return 0;
+}
+
+std::intptr_t VC_CALL DispatchingProc(VcWindow, std::uint32_t message, std::uintptr_t, std::intptr_t) {
+  if (message == 0x101) tvDispatchMessages(0);
+  return 0;
+}
+
+TEST_F(Capture, LosesAndDoublesNothingWhateverTheHostDoesInItsMessage) {
+  for (const TvWindowProc proc : {ReopeningProc, DispatchingProc}) {
+    const Window host(TV_WINDOW, nullptr, proc);
+    vcSetMainWnd(host);
+    ASSERT_EQ(vcNewTapeFile(22050, 8, 1, "tmpwav\\tmpmic.wav"), 0);
+    ASSERT_EQ(vcWaveInOpenForTape(22050, 8, 1), 1);
+    vcRecordTape();
+    Bytes expected;
+    for (std::uint8_t value = 1; value <= 9; value += 3) {
+      Bytes blocks;
+      for (std::uint8_t i = 0; i < 3; ++i) blocks.insert(blocks.end(), kBlock, static_cast<std::uint8_t>(value + i));
+      // Three return before the first is handled; a device that is opened anew takes the rest with it.
+      ASSERT_EQ(tvFeedWaveInput(blocks.data(), 3 * kBlock), 3 * kBlock);
+      Dispatch();
+      const bool isLost = proc == ReopeningProc && value == 1;
+      expected.insert(expected.end(), blocks.begin(), isLost ? blocks.begin() + kBlock : blocks.end());
+    }
+    vcWaveInCloseForTape();
+    vcCloseWaveFile(3);
+    const Bytes tape = Tape();
+    EXPECT_EQ(Bytes(tape.begin() + 46, tape.end()), expected);
+    EXPECT_TRUE(boxes.Take().empty());
+  }
+}
+
+TEST_F(Capture, NeverWritesBeforeTheSound) {
+  const Bytes file = WaveFile({1, 1, 22050, 16}, Bytes(5000, 7));
+  for (const std::int32_t timeMs : {-1, -100}) {
+    WriteBytes("a.wav", file);
+    ASSERT_GE(vcAppendTapeFile("a.wav"), 0);
+    vcSetFilePosByTime(timeMs);
+    ASSERT_EQ(vcWaveInOpenForTape(22050, 16, 1), 1);
+    vcRecordTape();
+    Feed(1, 9);
+    vcWaveInCloseForTape();
+    vcCloseWaveFile(0);
+    EXPECT_EQ(ReadBytes("a.wav"), file) << timeMs;
+  }
+  // The end of more than 2 GiB has no position; the beginning must not take its place.
+  WriteBytes("a.wav", file);
+  std::filesystem::resize_file("a.wav", 0x80000100);
+  ASSERT_GE(vcAppendTapeFile("a.wav"), 0);
+  vcGotoFileEnd();
+  EXPECT_GT(core::State().currentWaveFile.filePosition, 0);
 }
 
 TEST_F(Capture, LosesAndDoublesNothingInTwoHours) {

@@ -120,7 +120,10 @@ TEST_F(TapeFiles, SayWhyTheyCannotBeAppended) {
     EXPECT_FALSE(core::State().currentWaveFile.mmioHandle.IsOpen());
     EXPECT_EQ(ReadBytes("a.wav"), c.bytes);
   }
+  ASSERT_GE(vcNewTapeFile(8000, 8, 1, "open.wav"), 0);
   EXPECT_EQ(vcAppendTapeFile("none.wav"), -1);
+  EXPECT_TRUE(core::State().currentWaveFile.mmioHandle.IsOpen()) << "a tape that is open is not lost by a wrong name";
+  vcCloseWaveFile(3);
   EXPECT_EQ(boxes.Take(), (std::vector<Box>{{u8"文件打不开。 ErrorNo 18"_gbk, "Tavimo"}}));
   WriteBytes("a.wav", good);
   fs::permissions("a.wav", fs::perms::owner_read);
