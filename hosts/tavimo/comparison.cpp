@@ -4,6 +4,8 @@
 #include <fstream>
 #include <span>
 
+#include "lesson_lock.h"
+#include "moment.h"
 #include "peak_digest.h"
 #include "picture_parts.h"
 #include "refusal.h"
@@ -88,8 +90,8 @@ void SaveComparisonPicture(const Comparison& comparison, const fs::path& file) {
           sentenceMs, [startMs](VcDc dc, std::int32_t columns, std::int32_t levelsPerPair) {
             vcDrawSrcDigestWave(dc, kWaveHeight, columns, startMs, levelsPerPair, 0);
           });
-  DrawRow(picture.get(), scale, kRowHeight, "take " + comparison.take.Moment() + "  " + FormatTime(takeMs), takeMs,
-          [](VcDc dc, std::int32_t columns, std::int32_t levelsPerPair) {
+  DrawRow(picture.get(), scale, kRowHeight, "take " + MomentOf(comparison.take.file) + "  " + FormatTime(takeMs),
+          takeMs, [](VcDc dc, std::int32_t columns, std::int32_t levelsPerPair) {
             vcDrawManVoiceDigestWave(dc, kWaveHeight, columns, 0, levelsPerPair, 0);
           });
   DrawTimes(picture.get(), scale, 2 * kRowHeight);
@@ -112,8 +114,8 @@ int SpeechThreshold(std::vector<std::uint8_t> levels) {
 
 Comparison SaveComparison(LessonSession& session, const std::vector<std::uint8_t>& levels, int sentence,
                           const Take& take, const fs::path& picture) {
-  const FileLock lock(kTapeLockFile);  // the take's digest lies beside the tape, and has one name for all
-  if (!lock.IsHeld()) throw Refusal("another tavimo is recording it right now");
+  // The take's digest lies beside the tape, and has one name for all.
+  const LessonLock lock(kTapeLockFile, kRecordingElsewhere);
   Comparison comparison{sentence, StretchOf(session, sentence), take, {}, {}};
   const WaveHeader header = ReadWaveHeader(take.file);
   if (!header.problem.empty()) throw Refusal("its take cannot be compared: " + header.problem);
@@ -128,7 +130,7 @@ Comparison SaveComparison(LessonSession& session, const std::vector<std::uint8_t
 
 std::string Describe(const Comparison& comparison) {
   return "sentence " + std::to_string(comparison.sentence) + ": " + DescribePart(comparison.sentencePart) + "\ntake " +
-         std::to_string(comparison.take.number) + " of " + comparison.take.Moment() + ": " +
+         std::to_string(comparison.take.number) + " of " + MomentOf(comparison.take.file) + ": " +
          DescribePart(comparison.takePart) + '\n';
 }
 

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "content_hash.h"
+#include "new_file.h"
 #include "peak_digest.h"
 #include "progress_bar.h"
 #include "refusal.h"
@@ -24,10 +25,6 @@ constexpr auto kLongestSilenceOfWorker = std::chrono::seconds(20);
 constexpr auto kFirstPoll = std::chrono::milliseconds(1);
 constexpr auto kLongestPoll = std::chrono::milliseconds(20);
 
-// Holds the hash of the peak digest made last. A working digest is of that kind when it has the hash, and the engine's
-// own otherwise: nothing needs to be kept up to date when another digest takes its place.
-constexpr const char* kPeakMark = "peak.hash";
-
 std::vector<std::uint8_t> ReadAll(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -45,51 +42,21 @@ DigestKind KindOf(const std::vector<std::uint8_t>& levels) {
   throw Refusal(Readable(path.filename()) + " could not be written in " + Readable(fs::current_path()));
 }
 
-// A file written beside its final name and renamed, so that a full disk or a kill leaves the old one.
-class NewFile {
- public:
-  template <typename Bytes>
-  NewFile(const fs::path& path, const Bytes& bytes) : path_(path), unfinished_(fs::path(path) += ".new") {
-    std::ofstream file(unfinished_, std::ios::binary | std::ios::trunc);
-    file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    isWhole_ = static_cast<bool>(file);
-  }
-  NewFile(const NewFile&) = delete;
-  NewFile& operator=(const NewFile&) = delete;
-  ~NewFile() {
-    std::error_code ignored;
-    fs::remove(unfinished_, ignored);
-  }
-
-  void SetTime(fs::file_time_type time) {
-    std::error_code error;
-    fs::last_write_time(unfinished_, time, error);
-    isWhole_ = isWhole_ && !error;
-  }
-
-  void PutInPlace() {
-    std::error_code error;
-    if (isWhole_) fs::rename(unfinished_, path_, error);
-    if (!isWhole_ || error) RefuseToStore(path_);
-  }
-
-  [[nodiscard]] bool IsWhole() const { return isWhole_; }
-
- private:
-  fs::path path_;
-  fs::path unfinished_;
-  bool isWhole_ = false;
-};
+void WritePeakMark(const std::string& hash) {
+  NewFile mark(kPeakMark);
+  mark.Write(hash.data(), hash.size());
+  mark.PutInPlace();
+}
 
 std::vector<std::uint8_t> MakePeak(const LessonSession& session, ProgressBar& progress) {
   // The time from before the reading: a recording that changes meanwhile leaves a digest that is not current.
   const fs::file_time_type time = fs::last_write_time(session.Recording());
   std::vector<std::uint8_t> levels = PeakLevels(session.Recording(), session.Header(), progress);
-  NewFile digest(session.DigestPath(), levels);
+  NewFile digest(session.DigestPath());
+  digest.Write(levels.data(), levels.size());
   digest.SetTime(time);
   // Before the digest, which without its mark would pass for the engine's; but not where the digest is lost anyway.
-  if (digest.IsWhole()) NewFile(kPeakMark, HashOf(levels)).PutInPlace();
+  if (digest.IsWhole()) WritePeakMark(HashOf(levels));
   digest.PutInPlace();
   return levels;
 }

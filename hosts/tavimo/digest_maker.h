@@ -13,6 +13,10 @@ enum class DigestKind {
   Exact,  // the last sample of every 40 ms, made by the engine
 };
 
+// Holds the hash of the peak digest made last, in the working folder. A working digest is of that kind when it has the
+// hash, and the engine's own otherwise: nothing needs to be kept up to date when another digest takes its place.
+inline constexpr const char* kPeakMark = "peak.hash";
+
 struct Digest {
   std::vector<std::uint8_t> levels;
   bool wasFound = false;

@@ -16,9 +16,9 @@ namespace {
 constexpr std::size_t kLongestEnginePath = 199;  // of a digest; a study file would allow 223
 constexpr std::size_t kLongestEngineFileName = 99;
 
-fs::path WithTmpExtension(const fs::path& recording) {
-  const std::string name = Utf8(recording.filename());
-  return PathFromUtf8(name.substr(0, name.rfind('.')) + ".tmp");
+fs::path WithExtension(const fs::path& file, const char* extension) {
+  const std::string name = Utf8(file.filename());
+  return PathFromUtf8(name.substr(0, name.rfind('.')) + extension);
 }
 
 }  // namespace
@@ -37,9 +37,15 @@ LessonSession::LessonSession(const fs::path& home, const fs::path& recording)
     : recording_(IdentityOf(recording)), header_(ReadWaveHeader(recording)) {
   if (!header_.problem.empty()) throw Refusal(header_.problem);
   folder_.emplace(home, recording_);
+  NameFiles();
+  FinishInterruptedEdit();
+  if (vcIsWaveFile(engineName_.c_str()) == 0) throw Refusal("the engine does not take it for a PCM wave file");
+}
+
+void LessonSession::NameFiles() {
   if (const auto usable = UsableEngineName(recording_)) {
     engineName_ = *usable;
-    digestPath_ = "temp" / WithTmpExtension(recording_);
+    digestPath_ = "temp" / WithExtension(recording_, ".tmp");
   } else {
     const fs::path alias = folder_->MakeAlias(recording_);
     if (folder_->IsNew()) {
@@ -47,11 +53,22 @@ LessonSession::LessonSession(const fs::path& home, const fs::path& recording)
                 << ": the engine cannot take this name or its path, so it reaches the recording by a link\n";
     }
     engineName_ = EnginePath(alias).value();
-    digestPath_ = "temp" / WithTmpExtension(alias);
+    digestPath_ = "temp" / WithExtension(alias, ".tmp");
   }
   digestEngineName_ = EnginePath(digestPath_).value();
-  if (vcIsWaveFile(engineName_.c_str()) == 0) throw Refusal("the engine does not take it for a PCM wave file");
 }
+
+void LessonSession::FinishInterruptedEdit() {
+  if (!TakeBackInterruptedEdit(Files())) return;
+  std::cerr << "tavimo: " << Readable(recording_.filename())
+            << ": a change to it was interrupted; recording and sentences are as they were before it\n";
+  header_ = ReadWaveHeader(recording_);
+  if (!header_.problem.empty()) throw Refusal(header_.problem);
+}
+
+fs::path LessonSession::StudyPath() const { return "zud" / WithExtension(digestPath_, ".zud"); }
+
+std::string LessonSession::StudyEngineName() const { return EnginePath(StudyPath()).value(); }
 
 std::vector<std::uint32_t> LessonSession::LoadStudyFile() {
   const std::int32_t count = vcOpenSentenceFile(engineName_.c_str());
@@ -68,7 +85,8 @@ bool LessonSession::CanBeSentences(const std::vector<std::uint32_t>& starts) con
 
 void LessonSession::StoreStudyFile(const std::vector<std::uint32_t>& starts) {
   vcWriteExtraFileData(engineName_.c_str(), starts.data(), static_cast<std::int32_t>(starts.size()));
-  if (LoadStudyFile() != starts) {
+  const bool areKept = starts.size() >= 2;
+  if (LoadStudyFile() != (areKept ? starts : std::vector<std::uint32_t>{})) {
     throw Refusal("its study file could not be written in " + Readable(folder_->Path() / "zud"));
   }
 }

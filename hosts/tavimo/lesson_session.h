@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "edit_journal.h"
 #include "wave_header.h"
 #include "working_folder.h"
 
@@ -16,7 +17,8 @@ namespace tavimo::host {
 
 class LessonSession {
  public:
-  // A Refusal, and nothing left behind, when the engine cannot work with the recording.
+  // A Refusal, and nothing left behind, when the engine cannot work with the recording. A change to the recording that
+  // a kill interrupted is taken back, with a line on standard error.
   LessonSession(const std::filesystem::path& home, const std::filesystem::path& recording);
 
   [[nodiscard]] const std::filesystem::path& Recording() const { return recording_; }
@@ -28,13 +30,21 @@ class LessonSession {
   [[nodiscard]] const std::filesystem::path& DigestPath() const { return digestPath_; }
   [[nodiscard]] const std::string& DigestEngineName() const { return digestEngineName_; }
 
+  // The study file where the engine writes it. One beside the recording may be what it reads.
+  [[nodiscard]] std::filesystem::path StudyPath() const;
+  [[nodiscard]] std::string StudyEngineName() const;
+
+  // What changes when sentences are deleted.
+  [[nodiscard]] LessonFiles Files() const { return {recording_, StudyPath(), digestPath_}; }
+
   // The sentence starts of the study file, and its bookmarks into the engine's memory; none without a study file.
   std::vector<std::uint32_t> LoadStudyFile();
 
   // Whether starts can be those of this recording: two or more, rising, all within the sound.
   [[nodiscard]] bool CanBeSentences(const std::vector<std::uint32_t>& starts) const;
 
-  // Stores the starts with the bookmarks that LoadStudyFile brought; a Refusal when they did not reach the disk.
+  // Stores the starts with the bookmarks in the engine's memory, and reads both back; a Refusal when the starts did not
+  // reach the disk. The engine keeps no single start.
   void StoreStudyFile(const std::vector<std::uint32_t>& starts);
 
  private:
@@ -44,6 +54,9 @@ class LessonSession {
   std::string engineName_;
   std::filesystem::path digestPath_;
   std::string digestEngineName_;
+
+  void NameFiles();
+  void FinishInterruptedEdit();
 };
 
 // The engine's name of a recording, where it has one that every export takes; none where an alias is needed.

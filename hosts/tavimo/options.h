@@ -17,12 +17,14 @@ enum ExitCode : int { kDone = 0, kRefused = 1, kUsage = 2 };
 
 enum class TableForm { ForPeople, Json };
 enum class TakesAction { List, Play, Remove };
+enum class BookmarksAction { List, Add, Remove, Clear };
 
 struct Options {
   int (*command)(const Options&) = nullptr;
   std::filesystem::path home;  // absolute, as are the following
   std::vector<std::filesystem::path> files;
-  std::filesystem::path output;  // the picture of wave and compare, the pictures' folder of lesson
+  std::filesystem::path output;  // the file to write, the pictures' folder of lesson; without one the current folder
+  bool hasOutput = false;
   DigestKind digestKind = DigestKind::Peak;
   std::optional<int> threshold;
   std::optional<int> silenceMs;
@@ -43,6 +45,14 @@ struct Options {
   int repeat = 1;
   std::int64_t gapMs = 0;
   int learnerSentence = 2;
+  BookmarksAction bookmarksAction = BookmarksAction::List;
+  std::optional<int> bookmark;  // from 1
+  std::optional<std::int64_t> timeMs;
+  std::string label;           // UTF-8
+  std::vector<int> sentences;  // to delete
+  std::optional<int> sampleRate;
+  std::optional<int> channels;
+  bool force = false;
 };
 
 int RunInfo(const Options& options);
@@ -56,5 +66,11 @@ int RunRecord(const Options& options);
 int RunTakes(const Options& options);
 int RunCompare(const Options& options);
 int RunRecover(const Options& options);
+int RunImport(const Options& options);
+int RunBookmarks(const Options& options);
+int RunExtract(const Options& options);
+int RunMono(const Options& options);
+int RunDelete(const Options& options);
+int RunUndo(const Options& options);
 
 }  // namespace tavimo::host

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <fstream>
 
 #include "refusal.h"
 #include "small_digits.h"
@@ -17,6 +18,15 @@ constexpr int kTimesGap = 70;  // pixels from one time to the next, at least
 std::string ShortTime(std::int64_t timeMs, std::int64_t stepMs) {
   const std::string full = FormatTime(timeMs);
   return full.substr(0, full.size() - (stepMs % 1000 == 0 ? 4 : 2));
+}
+
+// Whatever else bears the name, a lesson or a take, is not to be had again.
+bool MayBecomePicture(const std::filesystem::path& file) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error) || std::filesystem::file_size(file, error) == 0) return true;
+  std::array<char, 4> start{};
+  std::ifstream(file, std::ios::binary).read(start.data(), start.size());
+  return start == std::array{'\x89', 'P', 'N', 'G'};
 }
 
 }  // namespace
@@ -56,6 +66,9 @@ void DrawTimes(VcDc picture, const Scale& scale, int top) {
 }
 
 void SavePicture(VcDc picture, const std::filesystem::path& file) {
+  if (!MayBecomePicture(file)) {
+    throw Refusal(Readable(file) + " is there already and is no picture; name another file for it");
+  }
   if (tvSavePng(picture, Utf8(file).c_str()) != 0) {
     throw Refusal("its picture could not be saved as " + Readable(file));
   }

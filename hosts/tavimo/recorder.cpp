@@ -4,6 +4,7 @@
 #include <chrono>
 #include <iostream>
 
+#include "lesson_lock.h"
 #include "level_meter.h"
 #include "refusal.h"
 #include "speech_end.h"
@@ -97,12 +98,12 @@ class Boxes {
 };
 
 // A second file for what is continued, so that the take itself stays as it is. It gets its name when it is whole.
-void CopyToTape(const Take& take, const WaveHeader& header, std::uint64_t soundBytes) {
+void CopyToTape(const Take& take, std::uint64_t byteCount) {
   const fs::path unfinished = fs::path(kTapeFile) += ".new";
   std::error_code error;
   fs::copy_file(take.file, unfinished, fs::copy_options::overwrite_existing, error);
   // Cut here and not by recording over it: were the program killed, old words would stand behind the new ones.
-  if (!error) fs::resize_file(unfinished, header.dataOffset + soundBytes, error);
+  if (!error) fs::resize_file(unfinished, byteCount, error);
   if (!error) fs::rename(unfinished, kTapeFile, error);
   if (!error) return;
   std::error_code ignored;
@@ -110,7 +111,7 @@ void CopyToTape(const Take& take, const WaveHeader& header, std::uint64_t soundB
   throw Refusal("its newest take cannot be copied to continue it (" + error.message() + ")");
 }
 
-WaveHeader CopyNewestTake(const RecordingRequest& request) {
+WaveHeader CopyNewestTake(const LessonSession& session, const RecordingRequest& request) {
   const Take take = ChooseTake(request.sentence, {});
   const WaveHeader header = ReadWaveHeader(take.file);
   if (!header.problem.empty()) throw Refusal("its newest take cannot be continued: " + header.problem);
@@ -122,7 +123,9 @@ WaveHeader CopyNewestTake(const RecordingRequest& request) {
     }
     soundBytes = header.ByteAt(request.atMs);
   }
-  CopyToTape(take, header, WholeFrames(soundBytes, header));
+  const std::uint64_t byteCount = header.dataOffset + WholeFrames(soundBytes, header);
+  WriteTapeNote({request.sentence, byteCount, Utf8(session.Recording())});
+  CopyToTape(take, byteCount);
   return header;
 }
 
@@ -130,8 +133,11 @@ WaveHeader CopyNewestTake(const RecordingRequest& request) {
 class OpenTape {
  public:
   OpenTape(const LessonSession& session, const RecordingRequest& request) {
-    WriteTapeNote({request.sentence, Utf8(session.Recording())});
-    if (request.start != TakeStart::Fresh) OpenContinued(request);
+    if (request.start != TakeStart::Fresh) {
+      OpenContinued(session, request);
+    } else {
+      WriteTapeNote({request.sentence, 0, Utf8(session.Recording())});
+    }
   }
   OpenTape(const OpenTape&) = delete;
   OpenTape& operator=(const OpenTape&) = delete;
@@ -164,8 +170,8 @@ class OpenTape {
   }
 
  private:
-  void OpenContinued(const RecordingRequest& request) {
-    format_ = FormatOf(CopyNewestTake(request));
+  void OpenContinued(const LessonSession& session, const RecordingRequest& request) {
+    format_ = FormatOf(CopyNewestTake(session, request));
     startMs_ = vcAppendTapeFile(kTapeEngineName);
     if (startMs_ < 0) Refuse();
     vcGotoFileEnd();
@@ -187,6 +193,9 @@ class OpenTape {
 void ChooseDevice(const std::string& device) {
   if (device.empty() || tvUseWaveInput(device.c_str()) == 0) return;
   const bool isFile = device.starts_with("file:");
+  if (isFile && !EnginePath(PathFromUtf8(device.substr(5)))) {
+    throw Refusal("no sound can be taken from " + ReadableText(device.substr(5)) + ": its name has no GBK form");
+  }
   throw Refusal(isFile ? "no sound can be taken from " + ReadableText(device.substr(5)) +
                              ": it is no PCM wave file of 8 or 16 bits"
                        : "'" + ReadableText(device) + "' is no device; tavimo devices lists them");
@@ -255,8 +264,7 @@ const char* WithoutSound(TakeEnd end) {
 }  // namespace
 
 RecordingResult RecordTake(const LessonSession& session, const RecordingRequest& request) {
-  const FileLock lock(kTapeLockFile);
-  if (!lock.IsHeld()) throw Refusal("another tavimo is recording it right now");
+  const LessonLock lock(kTapeLockFile, kRecordingElsewhere);
   if (const auto unsaved = KeepTape())
     std::cerr << "tavimo: recovered an unsaved recording: " << Describe(*unsaved) << '\n';
   ChooseDevice(request.device);

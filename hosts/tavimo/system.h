@@ -11,6 +11,26 @@ namespace tavimo::host {
 // Whether standard error is a terminal that a progress bar may be drawn on.
 [[nodiscard]] bool ErrorsGoToTerminal();
 
+// Waits until what a file or folder holds is on the disk itself, so that a power cut leaves it. What cannot be flushed is
+// left to the system.
+void FlushToDisk(const std::filesystem::path& path);
+
+// A library of the system that only some commands need: loading it with the program would cost every start of it.
+// Null where the library or the function is missing. It is never unloaded.
+[[nodiscard]] void* FindInLibrary(const char* library, const char* function);
+
+// While it lives nothing that a library prints on standard error is seen: decoders talk to programmers there.
+class QuietErrors {
+ public:
+  QuietErrors();
+  QuietErrors(const QuietErrors&) = delete;
+  QuietErrors& operator=(const QuietErrors&) = delete;
+  ~QuietErrors();
+
+ private:
+  int errors_;
+};
+
 // A file that one process at a time holds: from its making to its end, or until the process dies, however it dies.
 class FileLock {
  public:
@@ -20,11 +40,14 @@ class FileLock {
   FileLock& operator=(const FileLock&) = delete;
   ~FileLock();
 
-  // False when another process holds it, or the file cannot be made.
   [[nodiscard]] bool IsHeld() const { return file_ >= 0; }
+
+  // Whether another process holds it; where none does either, the file cannot be made or locked.
+  [[nodiscard]] bool IsHeldElsewhere() const { return isHeldElsewhere_; }
 
  private:
   std::intptr_t file_;
+  bool isHeldElsewhere_ = false;
 };
 
 // While it lives, keys pressed on the terminal are seen at once and not echoed. Where standard input is no terminal, or

@@ -1,9 +1,11 @@
 // The system's own words on Linux and its relatives.
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
@@ -22,9 +24,34 @@ void NoteInterrupt(int signal) { interruptSignal = signal; }
 
 bool ErrorsGoToTerminal() { return isatty(STDERR_FILENO) == 1; }
 
+void FlushToDisk(const std::filesystem::path& path) {
+  const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);  // NOLINT(cppcoreguidelines-pro-type-vararg)
+  if (file < 0) return;
+  fsync(file);
+  close(file);
+}
+
+void* FindInLibrary(const char* library, const char* function) {
+  void* handle = dlopen(library, RTLD_NOW | RTLD_LOCAL);
+  return handle == nullptr ? nullptr : dlsym(handle, function);
+}
+
+QuietErrors::QuietErrors() : errors_(dup(STDERR_FILENO)) {
+  const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);  // NOLINT(cppcoreguidelines-pro-type-vararg)
+  if (errors_ >= 0 && nowhere >= 0) dup2(nowhere, STDERR_FILENO);
+  if (nowhere >= 0) close(nowhere);
+}
+
+QuietErrors::~QuietErrors() {
+  if (errors_ < 0) return;
+  dup2(errors_, STDERR_FILENO);
+  close(errors_);
+}
+
 FileLock::FileLock(const std::filesystem::path& file)
     : file_(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {  // NOLINT(cppcoreguidelines-pro-type-vararg)
   if (file_ < 0 || flock(static_cast<int>(file_), LOCK_EX | LOCK_NB) == 0) return;
+  isHeldElsewhere_ = errno == EWOULDBLOCK;
   close(static_cast<int>(file_));
   file_ = -1;
 }

@@ -14,15 +14,19 @@
 
 namespace tavimo::host {
 
+inline constexpr const char* kTakeShelf = "takes";
 inline constexpr int kLastTakeSentence = 999'999;
 
 struct Take {
   int sentence = 0;  // 0: recovered
   int number = 0;    // from 1, the oldest of its sentence
   std::filesystem::path file;
-
-  [[nodiscard]] std::string Moment() const;  // "2026-11-23 19:05:30", as far as its name tells
 };
+
+// The folder for takes of a sentence, and back; 0 is the folder of those recovered. None for folders that are not of this
+// shelf.
+[[nodiscard]] std::filesystem::path TakeFolder(int sentence);
+[[nodiscard]] std::optional<int> SentenceOfFolder(const std::filesystem::path& folder);
 
 // A name that no file has yet. The extension starts with a point.
 [[nodiscard]] std::filesystem::path NewTakeFile(int sentence, std::filesystem::file_time_type time,
@@ -30,6 +34,7 @@ struct Take {
 
 // Makes the folder for takes of a sentence, so that a disk that is full by then cannot keep a take from its place.
 void MakeRoomForTake(int sentence);
+[[nodiscard]] bool HasRoomForTake(int sentence);
 
 // In the order of sentences, those recovered last, and of time.
 [[nodiscard]] std::vector<Take> ListTakes();

@@ -2,6 +2,7 @@
 #include <iomanip>
 #include <iostream>
 
+#include "moment.h"
 #include "options.h"
 #include "player.h"
 #include "refusal.h"
@@ -31,8 +32,8 @@ void List(const Options& options, const LessonSession& session) {
   }
   std::cout << "sentence  take      length  recorded             file\n";
   for (const Take& take : takes) {
-    std::cout << std::setw(8) << SentenceName(take) << std::setw(6) << take.number << std::setw(12) << LengthOf(take)
-              << "  " << std::left << std::setw(19) << take.Moment() << std::right << "  "
+    std::cout << std::setw(8) << SentenceName(take) << std::setw(6) << take.number << "  " << std::setw(10)
+              << LengthOf(take) << "  " << std::left << std::setw(19) << MomentOf(take.file) << std::right << "  "
               << Readable(session.Folder().Path() / take.file) << '\n';
   }
 }
@@ -47,7 +48,7 @@ void PlayTake(const Options& options) {
   request.endMs = request.header.DurationMs() + 1;  // the last part of a millisecond too
   request.device = options.device;
   Play(request);
-  std::cout << "sentence " << SentenceName(take) << ", take " << take.number << " of " << take.Moment() << ": "
+  std::cout << "sentence " << SentenceName(take) << ", take " << take.number << " of " << MomentOf(take.file) << ": "
             << FormatTime(request.header.DurationMs()) << ", played once\n";
 }
 

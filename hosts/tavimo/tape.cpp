@@ -31,20 +31,6 @@ void WriteSize(std::fstream& tape, std::uint64_t offset, std::uint64_t size) {
   throw Refusal("an unsaved recording in " + Readable(fs::current_path() / "tmpwav") + " cannot be finished");
 }
 
-// The chunks can be walked once the RIFF size is right: it is 0 in a tape that nobody closed.
-WaveHeader HeaderWithRiffSize(std::uint64_t fileLength) {
-  std::fstream tape(kTapeFile, std::ios::binary | std::ios::in | std::ios::out);
-  std::array<char, 12> start{};
-  if (!tape.read(start.data(), start.size())) RefuseToFinish();
-  const std::string id(start.data(), 4);
-  const std::string form(start.data() + 8, 4);
-  if (id != "RIFF" || form != "WAVE") return ReadWaveHeader(kTapeFile);  // which says what it is instead
-  WriteSize(tape, kRiffSizeOffset, fileLength - kRiffSizeLeavesOut);
-  tape.close();
-  if (!tape) RefuseToFinish();
-  return ReadWaveHeader(kTapeFile);
-}
-
 void WriteSizes(const WaveHeader& header, std::uint64_t soundBytes) {
   std::error_code error;
   fs::resize_file(kTapeFile, header.dataOffset + soundBytes, error);
@@ -67,7 +53,7 @@ void MoveTapeTo(const fs::path& file) {
 
 void WriteTapeNote(const TapeNote& note) {
   std::ofstream file(kNoteFile, std::ios::binary | std::ios::trunc);
-  file << "sentence " << note.sentence << "\nrecording " << note.recording << '\n';
+  file << "sentence " << note.sentence << "\nstart " << note.startBytes << "\nrecording " << note.recording << '\n';
   file.close();
   if (!file) throw Refusal("nothing can be written in " + Readable(fs::current_path() / "tmpwav"));
 }
@@ -77,6 +63,7 @@ TapeNote ReadTapeNote() {
   std::ifstream file(kNoteFile, std::ios::binary);
   std::string word;
   if (!(file >> word >> note.sentence) || note.sentence < 1 || note.sentence > kLastTakeSentence) note.sentence = 0;
+  if (!(file >> word >> note.startBytes)) note.startBytes = 0;
   if (file >> word) {
     file.ignore();
     // To the end of the file: a name may have a line feed in it.
@@ -96,8 +83,9 @@ TapeState FinishTape() {
   if (!fs::exists(kTapeFile, error)) return TapeState::Missing;
   const std::uint64_t fileLength = fs::file_size(kTapeFile, error);
   if (error) return TapeState::Damaged;
-  if (fileLength <= kTapeHeaderBytes) return TapeState::Silent;
-  const WaveHeader header = HeaderWithRiffSize(fileLength);
+  if (fileLength <= std::max<std::uint64_t>(kTapeHeaderBytes, ReadTapeNote().startBytes)) return TapeState::Silent;
+  const WaveHeader header = ReadWaveHeader(kTapeFile, Lengths::OfFile);
+  if (header.HasFormat() && header.dataOffset != 0 && header.dataLength == 0) return TapeState::Silent;
   if (!header.problem.empty()) return TapeState::Damaged;
   const std::uint64_t soundBytes = WholeFrames(fileLength - header.dataOffset, header);
   if (soundBytes == 0) return TapeState::Silent;
@@ -106,6 +94,9 @@ TapeState FinishTape() {
 }
 
 std::optional<KeptTake> KeepTape() {
+  std::error_code error;
+  const fs::file_time_type time =
+      fs::last_write_time(kTapeFile, error);  // when it was recorded, not when it was finished
   const TapeState state = FinishTape();
   if (state == TapeState::Silent || state == TapeState::Missing) {
     DiscardTape();
@@ -115,11 +106,10 @@ std::optional<KeptTake> KeepTape() {
   KeptTake take;
   take.sentence = note.sentence;
   take.recording = note.recording;
-  const fs::file_time_type time = fs::last_write_time(kTapeFile);
   if (state == TapeState::Damaged) {
     take.file = NewTakeFile(0, time, ".damaged");
   } else {
-    take.file = NewTakeFile(note.sentence, time, ".wav");
+    take.file = NewTakeFile(HasRoomForTake(note.sentence) ? note.sentence : 0, time, ".wav");
     take.durationMs = ReadWaveHeader(kTapeFile).DurationMs();
   }
   MoveTapeTo(take.file);

@@ -23,8 +23,9 @@ inline constexpr int kTapeHeaderBytes = 46;
 inline constexpr int kTapeBlockBytes = 1256;
 
 struct TapeNote {
-  int sentence = 0;       // 0: not known
-  std::string recording;  // UTF-8
+  int sentence = 0;              // 0: not known
+  std::uint64_t startBytes = 0;  // what the file held before anything was recorded into it; a take that is continued
+  std::string recording;         // UTF-8
 };
 
 // Written before the tape, so that no tape is without its note but those of other programs.
@@ -33,7 +34,7 @@ void WriteTapeNote(const TapeNote& note);
 
 enum class TapeState {
   Missing,
-  Silent,   // no sound has reached it
+  Silent,   // no sound has reached it but what it began with
   Whole,    // its sizes are now those of its sound
   Damaged,  // no tape at all
 };

@@ -30,10 +30,11 @@ class Visit {
 
 void RecoverLesson(const fs::path& lesson, RecoveryReport& report) {
   const FileLock lock(lesson / kTapeLockFile);
-  if (!lock.IsHeld()) {
+  if (lock.IsHeldElsewhere()) {
     report.alive.push_back(lesson.filename());
     return;
   }
+  if (!lock.IsHeld()) throw Refusal("its file " + std::string(kTapeLockFile) + " cannot be made or locked");
   const Visit visit(lesson);
   if (auto take = KeepTape()) {
     take->file = lesson / take->file;

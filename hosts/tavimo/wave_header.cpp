@@ -63,14 +63,14 @@ std::string NameOfOtherFile(std::string_view start) {
     const char* name;
   };
   static constexpr auto kMagics = std::to_array<Magic>({
-      {0, "ID3", "it is an MP3 file; make a 16-bit PCM wave file of it first"},
-      {0, "\xFF\xFB", "it is an MP3 file; make a 16-bit PCM wave file of it first"},
-      {0, "\xFF\xF3", "it is an MP3 file; make a 16-bit PCM wave file of it first"},
-      {0, "OggS", "it is an Ogg file; make a 16-bit PCM wave file of it first"},
-      {0, "fLaC", "it is a FLAC file; make a 16-bit PCM wave file of it first"},
-      {4, "ftyp", "it is an MP4 file; make a 16-bit PCM wave file of it first"},
-      {0, "FORM", "it is an AIFF file; make a 16-bit PCM wave file of it first"},
-      {0, "RF64", "it is an RF64 file, the wave file for more than 4 GiB; cut it into pieces below 2 GiB"},
+      {0, "ID3", "it is an MP3 file; tavimo import makes a recording of it"},
+      {0, "\xFF\xFB", "it is an MP3 file; tavimo import makes a recording of it"},
+      {0, "\xFF\xF3", "it is an MP3 file; tavimo import makes a recording of it"},
+      {0, "OggS", "it is an Ogg file; tavimo import makes a recording of it"},
+      {0, "fLaC", "it is a FLAC file; tavimo import makes a recording of it"},
+      {4, "ftyp", "it is an MP4 file; make an MP3, Ogg or FLAC file of it first"},
+      {0, "FORM", "it is an AIFF file; tavimo import makes a recording of it"},
+      {0, "RF64", "it is an RF64 file; tavimo import makes a recording of it"},
       {0, "RIFX", "it is a wave file with its bytes in the other order (RIFX)"},
       {0, "RIFF", "it is a RIFF file, but not a wave file"},
   });
@@ -99,7 +99,7 @@ std::string NameOfTag(std::uint32_t tag) {
 
 std::string TagProblem(std::uint16_t tag) {
   if (tag == kTagExtensible) {
-    return "it has the extensible header (tag 0xFFFE); save it as plain PCM of 8 or 16 bits";
+    return "it has the extensible header (tag 0xFFFE); tavimo import makes a recording of it";
   }
   return "it holds " + NameOfTag(tag) + " sound (tag " + std::to_string(tag) + "), not PCM of 8 or 16 bits";
 }
@@ -147,12 +147,12 @@ void ReadFormat(std::string_view bytes, WaveHeader& header) {
 }
 
 // Fills the header step by step and returns the first thing that is wrong.
-std::string ReadChunks(std::ifstream& file, std::uint64_t fileLength, WaveHeader& header) {
+std::string ReadChunks(std::ifstream& file, std::uint64_t fileLength, Lengths lengths, WaveHeader& header) {
   const std::string start = ReadAt(file, 0, 12);
   const bool isWave = start.size() == 12 && start.starts_with("RIFF") && start.ends_with("WAVE");
   if (!isWave) return NameOfOtherFile(start);
-  const std::uint64_t end =
-      std::min(fileLength, kChunkHeaderBytes + LittleEndian(std::string_view(start).substr(4, 4)));
+  const std::uint64_t storedEnd = kChunkHeaderBytes + LittleEndian(std::string_view(start).substr(4, 4));
+  const std::uint64_t end = lengths == Lengths::OfFile ? fileLength : std::min(fileLength, storedEnd);
   const auto format = FindChunk(file, 12, end, "fmt ");
   if (!format) return "it has no format chunk";
   const std::string bytes = ReadAt(file, format->dataOffset, kFormatBytes);
@@ -162,8 +162,9 @@ std::string ReadChunks(std::ifstream& file, std::uint64_t fileLength, WaveHeader
   const auto data = FindChunk(file, format->dataOffset + format->size + format->size % 2, end, "data");
   if (!data) return "it has no data chunk, so no sound";
   header.dataOffset = data->dataOffset;
-  header.storedDataLength = data->size;
-  header.dataLength = std::min(data->size, fileLength - std::min(data->dataOffset, fileLength));
+  const std::uint64_t held = fileLength - std::min(data->dataOffset, fileLength);
+  header.storedDataLength = lengths == Lengths::OfFile ? held : data->size;
+  header.dataLength = std::min(header.storedDataLength, held);
   return DataProblem(header);
 }
 
@@ -185,14 +186,14 @@ std::uint64_t WaveHeader::ByteAt(std::int64_t timeMs) const {
   return std::min(frame * frameBytes, dataLength / frameBytes * frameBytes);
 }
 
-WaveHeader ReadWaveHeader(const fs::path& path) {
+WaveHeader ReadWaveHeader(const fs::path& path, Lengths lengths) {
   WaveHeader header;
   std::ifstream file;
   header.problem = FileProblem(path, file);
   if (!header.problem.empty()) return header;
   std::error_code error;
   const std::uint64_t fileLength = fs::file_size(path, error);
-  header.problem = error ? error.message() : ReadChunks(file, fileLength, header);
+  header.problem = error ? error.message() : ReadChunks(file, fileLength, lengths, header);
   return header;
 }
 

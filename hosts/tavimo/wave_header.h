@@ -33,7 +33,13 @@ struct WaveHeader {
   [[nodiscard]] std::uint64_t ByteAt(std::int64_t timeMs) const;
 };
 
-[[nodiscard]] WaveHeader ReadWaveHeader(const std::filesystem::path& path);
+// Whose word counts about how long the file and its sound are.
+enum class Lengths {
+  Stored,
+  OfFile,  // for a tape that nobody closed: the sound reaches to the end of the file, whatever its header says
+};
+
+[[nodiscard]] WaveHeader ReadWaveHeader(const std::filesystem::path& path, Lengths lengths = Lengths::Stored);
 
 // "16-bit stereo, 44100 Hz".
 [[nodiscard]] std::string DescribeFormat(const WaveHeader& header);

@@ -1,6 +1,7 @@
 """The learner's voice through the command-line host: takes recorded from a wave file in the microphone's place, what ends
 them, what a kill or a full disk leaves of them, and their comparison with the sentence."""
 
+import os
 import random
 import resource
 import signal
@@ -157,6 +158,30 @@ class Recovery(VoiceTest):
         self.assertGreater(recovered, 5)
         self.assertEqual(len(self.takes(3)), recovered)
         self.assertIn("nothing to recover", self.succeed("recover"))
+
+    def test_what_a_tapes_header_says_is_not_believed(self):
+        self.record("--seconds", "0.2")
+        (folder,) = self.home.glob("lessons/*")
+        (take,) = self.takes()
+        header = take.read_bytes()[:46]
+        for size in [0, 18, 0xFFFFFFFF]:
+            tape = folder / "tmpwav/tmpmic.wav"
+            tape.write_bytes(header[:4] + bytes(4) + header[8:42] + struct.pack("<I", size) + COUNTED[:5001])
+            os.utime(tape, (1_000_000_000, 1_000_000_000))
+            (folder / "tmpwav/tmpmic.txt").write_text("sentence 1\nstart 0\nrecording a.wav\n")
+            self.assertIn("2001-09-09", self.succeed("recover"))
+        recovered = [take for take in self.takes() if take.name.startswith("2001-09-09")]
+        self.assertEqual([self.sound_of(take) for take in recovered], [COUNTED[:5000]] * 3)
+
+    def test_a_take_that_was_only_copied_to_be_continued_is_no_new_take(self):
+        self.record("--seconds", "0.2")
+        (folder,) = self.home.glob("lessons/*")
+        (take,) = self.takes()
+        (folder / "tmpwav/tmpmic.wav").write_bytes(take.read_bytes())
+        note = f"sentence 1\nstart {take.stat().st_size}\nrecording a.wav\n"
+        (folder / "tmpwav/tmpmic.txt").write_text(note)
+        self.assertIn("nothing to recover", self.succeed("recover"))
+        self.assertEqual(self.takes(), [take])
 
     def test_the_next_command_recovers_with_one_line_but_never_a_tape_in_use(self):
         running = self.start(2)
