@@ -28,11 +28,11 @@
  *     (study files). The file "tmp.sen" lies in the current directory itself.
  *  8. Files are replaced whole or not at all: a side file is written beside its final name and put in place when it
  *     is complete. A derived file carries the last-write time of its source and is current only while both are equal.
- *  9. Opening a second digest, study file or tape closes the first.
+ *  9. Opening a second digest, study file, tape, question index or wz file closes the first.
  * 10. Start-up: vcCanRun; then vcSetMainWnd, vcSetPlayFormWndProc, and in a program that records
  *     vcSetWaveInAndOutWndProc and vcSetRecordingVolumeBarHandle before the capture device is opened.
- *     Shut-down: stop and close capture, close the tape, the output device, the digest and the study file. The engine
- *     restores no window procedure: keep the library loaded as long as the hooked windows live.
+ *     Shut-down: stop and close capture, close the tape, the output device, the digest, the study file, the question index
+ *     and the wz file. The engine restores no window procedure: keep the library loaded as long as the hooked windows live.
  */
 #ifndef TAVIMO_H
 #define TAVIMO_H
@@ -755,7 +755,151 @@ VC_API int32_t VC_CALL vcExtractWaveSeg(const char* source_path, const char* des
                                         uint32_t end_ms, void* buffer, int32_t buffer_bytes) VC_NOEXCEPT;
 
 /* ======================================================================================================================
- * question-compiler, question-bank, page-layout, page-display, word-selection: reserved families, in this order
+ * question-compiler: from the author's question script to a question index and a wz file
+ *
+ * The script of D:\course\unit1.wav is D:\course\unit1.scr, text of records that begin with a line such as ##N1T1; what
+ * is compiled lies in temp\unit1.tst (the index) and temp\unit1.wz (the texts). Record i belongs to sentence i of the
+ * study file. Messages have no caption.
+ * ==================================================================================================================== */
+
+/** @brief Compiles a question script; beeps when it is done.
+ *
+ *  A message tells the file, the line and what ought to stand there. A text that cannot be written is told by "write
+ *  error", once, and compiling goes on.
+ *  @param study_path the study file of the recording: as many records as it has sentences are compiled, further ones are
+ *                    not looked at. At most 259 bytes, as is script_path.
+ *  @param script_path the script; its file name names the outputs.
+ *  @return 0.
+ *  @failure -1. Without a message, and with the outputs of before as they were: an input that cannot be opened, a study
+ *           file of less than 320 bytes, a path that is too long. After a message: an output that cannot be created or is
+ *           itself an input; a fault of the script, and the outputs hold what was compiled before it.
+ *  @requires the folder temp. */
+VC_API int32_t VC_CALL vcConvertScrToTstWz(const char* study_path, const char* script_path) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * question-bank: the items of a lesson, one per sentence, and what lies beside the lesson
+ *
+ * Open the index, then the wz file; vcReadCurQuestion takes an item in hand, the text exports give its texts. Types: 0
+ * question, 1 long dialogue, 2 passage, 3 passage question. Answers: 0 for A to 25 for Z.
+ *
+ * A text takes textLength + 1 bytes of the host's buffer, textLength being the field at offset 12 of the item's record; the
+ * wz file's length + 1 is always enough. Curly double quotes come as a straight one and a blank, in as many bytes. A
+ * record that points outside the wz file has an empty text. No export of this family shows a message, but those of the
+ * compiler appear in vcConvertScr.
+ * ==================================================================================================================== */
+
+/** @brief Compiles the question script beside a recording and opens the new index.
+ *
+ *  Script and study file both lie beside the recording, under its name with ".scr" and ".zud"; where the study file lies
+ *  in zud, call vcConvertScrToTstWz and vcOpenQuestionIdx.
+ *  @param path the recording, or any file of its name; at most 259 bytes.
+ *  @param wz_path receives the wz file's path for vcOpenWzFile, "temp\" and the file name with ".wz"; room for the file
+ *                 name and 9 bytes.
+ *  @param answers receives what vcOpenQuestionIdx gives; one value for each sentence of the study file.
+ *  @return the number of records in the index.
+ *  @failure -1: script or study file is missing, without a message and with nothing written; or as vcConvertScrToTstWz
+ *           and vcOpenQuestionIdx fail, and wz_path is then written.
+ *  @requires the folder temp. */
+VC_API int32_t VC_CALL vcConvertScr(const char* path, char* wz_path, int32_t* answers) VC_NOEXCEPT;
+
+/** @brief Opens the question index of a bank; one that is open is closed first.
+ *  @param path the index or its wz file, 3 to 259 bytes: the ending of two or three bytes becomes "tst" (x.wz and x.tst both
+ *              lead to x.tst).
+ *  @param answers receives for each record its answer, -1 for a passage or long dialogue; one value for each 52 bytes of
+ *                 the index.
+ *  @return the number of whole records; with 0 the index is open as well.
+ *  @failure -1: it cannot be opened; answers is then not written.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcOpenQuestionIdx(const char* path, int32_t* answers) VC_NOEXCEPT;
+
+/** @brief Closes the question index. Does nothing when none is open.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcCloseQuestionIdx(void) VC_NOEXCEPT;
+
+/** @brief Takes an item in hand.
+ *  @param index the item, from 0.
+ *  @param answer receives the item's answer; 0 for a compiled passage.
+ *  @return the item's type.
+ *  @failure an index outside the file, or no index open: the item in hand stays, and its type and answer are given again.
+ *  @requires vcOpenQuestionIdx. */
+VC_API int32_t VC_CALL vcReadCurQuestion(int32_t index, int32_t* answer) VC_NOEXCEPT;
+
+/** @brief Gives the question of the item in hand: its text up to the first zero byte.
+ *  @param buffer receives the text; room for textLength + 1 bytes. Null: nothing is written and 0 answered.
+ *  @return the text's length in characters.
+ *  @failure 0 and an empty text.
+ *  @requires vcReadCurQuestion, vcOpenWzFile. */
+VC_API int32_t VC_CALL vcGetQuestionTxt(char* buffer) VC_NOEXCEPT;
+
+/** @brief Gives the choices of the item in hand: its text behind the first zero byte.
+ *  @param buffer receives the text, empty when there is no zero byte; room for textLength + 1 bytes. Null as above.
+ *  @return the text's length in characters.
+ *  @failure 0 and an empty text.
+ *  @requires vcReadCurQuestion, vcOpenWzFile. */
+VC_API int32_t VC_CALL vcGetChoiceTxt(char* buffer) VC_NOEXCEPT;
+
+/** @brief Gives the text of a passage or long dialogue; the item in hand stays.
+ *  @param buffer receives the text; room for textLength + 1 bytes of the passage's record. Null as above.
+ *  @param index the item, from 0: the passage itself, or a question of it.
+ *  @return the text's length in characters.
+ *  @failure 0 and an empty text: no such item, or a question without a passage.
+ *  @requires vcOpenQuestionIdx, vcOpenWzFile. */
+VC_API int32_t VC_CALL vcGetArticleTxt(char* buffer, int32_t index) VC_NOEXCEPT;
+
+/** @brief Adds a line to a list box for every item (LB_ADDSTRING, 0x180), in the order of the sentences: "No.1" for a
+ *         question, "  长对话" for a long dialogue, "  短文" for a passage. The list box is not emptied first.
+ *  @param list_box the list box.
+ *  @failure an item of an unknown type has no line.
+ *  @requires vcOpenQuestionIdx. */
+VC_API void VC_CALL vcFillSentenceList(VcWindow list_box) VC_NOEXCEPT;
+
+/** @brief Opens the wz file of a bank; one that is open is closed first.
+ *  @param path the wz file or its index, 3 to 259 bytes: the ending of two or three bytes becomes "wz", in place, also when
+ *              the file cannot be opened (x.tst becomes x.wz).
+ *  @return 0.
+ *  @failure -1: it cannot be opened. A shorter or longer path is left as it is.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcOpenWzFile(char* path) VC_NOEXCEPT;
+
+/** @brief Closes the wz file. Does nothing when none is open.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API void VC_CALL vcCloseWzFile(void) VC_NOEXCEPT;
+
+/** @brief Finds the picture of a lesson: the file of its name with ".jpg", ".bmp", ".gif" or ".dib", the first that exists.
+ *  @param path any file of the lesson; at most 255 bytes.
+ *  @param found_path receives the picture's path, and without a picture the path with ".dib"; room for the path and 5 bytes.
+ *                    It may be path itself.
+ *  @return 1 when there is a picture, else 0.
+ *  @failure 0; for an empty or longer path found_path is then empty.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcIfTxtGraphExist(const char* path, char* found_path) VC_NOEXCEPT;
+
+/** @brief Finds the text file of a lesson: the file of its name with ".wz", ".txt" or ".rtf", the first that exists.
+ *  @param path any file of the lesson, or its name without an extension; at most 255 bytes.
+ *  @param found_path receives the file's path, and without one the path with ".rtf"; room for the path and 5 bytes. It may be
+ *                    path itself.
+ *  @return the found path's length in characters.
+ *  @failure 0: there is none; for an empty or longer path found_path is then empty.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcGetWzFile(const char* path, char* found_path) VC_NOEXCEPT;
+
+/** @brief Gives the title of a passage from the profile article.txt.
+ *
+ *  The profile lies in the current directory, or else where the platform keeps profiles: in the Windows folder; on Linux
+ *  in the folder tavimo of the user's settings (XDG_CONFIG_HOME, or .config at home).
+ *  @param section the section of the profile.
+ *  @param number the key, in decimal.
+ *  @param title receives the title, "文章" when there is none; room for 150 bytes. Longer ones are cut behind a character.
+ *               Null: nothing is written and 0 answered.
+ *  @return the title's length in characters.
+ *  @failure none.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcGetArticleTitle(const char* section, int32_t number, char* title) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * page-layout, page-display, word-selection: reserved families, in this order
  * host-utilities: services around the engine
  * ==================================================================================================================== */
 

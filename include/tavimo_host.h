@@ -99,6 +99,12 @@ typedef void (*TvMessageBoxHandler)(const char* text_gbk, const char* caption_gb
  *  Windows. */
 VC_API void tvSetMessageBoxHandler(TvMessageBoxHandler handler, void* user) VC_NOEXCEPT;
 
+typedef void (*TvBeepHandler)(void* user);
+
+/** Sends the engine's beeps to a function of the host. Null: the bell of the terminal on Linux, the system's sound on
+ *  Windows. */
+VC_API void tvSetBeepHandler(TvBeepHandler handler, void* user) VC_NOEXCEPT;
+
 /* ---- device contexts: memory pictures, 32 bits a pixel, white, with a black pen and black text --------------------- */
 
 /** Creates a picture of 1 to 32767 pixels each way; null when that is not to be had. Text is drawn without a background

@@ -14,4 +14,9 @@ namespace tavimo::platform {
 int GetProfileText(const char* section, const char* key, const char* fallback, char* text, int size,
                    const char* path) noexcept;
 
+// The folder where the platform keeps profiles that are named without a folder, with its separator: the Windows folder;
+// elsewhere "tavimo" in the user's folder of settings (XDG_CONFIG_HOME, else .config at home). Returns the bytes without
+// the zero; 0, and an empty text, when there is none or size is too small.
+int GetProfileFolder(char* path, int size) noexcept;
+
 }  // namespace tavimo::platform

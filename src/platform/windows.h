@@ -1,4 +1,4 @@
-// Host windows: messages to them, procedures in front of them, their titles, and the modal message box.
+// Host windows: messages to them, procedures in front of them, their titles, the modal message box and the beep.
 //
 // Callers guarantee: the user-interface thread; texts are zero-terminated GBK.
 // A back end checks: every handle (null and destroyed ones receive nothing), null texts.
@@ -55,6 +55,9 @@ void ChangeClassStyle(VcWindow window, std::uint32_t setBits, std::uint32_t clea
 
 // A modal box with an OK button and no owner; waits for the user.
 void ShowMessageBox(const char* text, const char* caption) noexcept;
+
+// The short sound for work that is done; does not wait for its end.
+void Beep() noexcept;
 
 // Copies the first path of a drop (the wParam of the message), cut to size - 1 bytes before a character that does not
 // fit, with the terminating zero; an empty string for no drop. Then releases the drop.

@@ -39,14 +39,17 @@ bool DeriveStudyPaths(std::string_view recordingPath, StudyPaths& paths) noexcep
   return paths.studyFolder.Assign(kFolder, separator, study);
 }
 
+std::int32_t CountStarts(const FileStream& file) noexcept {
+  const std::int64_t startBytes = file.Length() - static_cast<std::int64_t>(kBookMarkTableBytes);
+  return startBytes < 0 ? -1 : core::HoldToInt32(startBytes / 4);
+}
+
 std::int32_t OpenStudyFile(const StudyPaths& paths, FileStream& file) noexcept {
   file = FileStream::Open(paths.studyFolder.CString(), OpenMode::Read);
   if (!file.IsOpen()) file = FileStream::Open(paths.beside.CString(), OpenMode::Read);
-  if (!file.IsOpen()) return -1;
-  const std::int64_t startBytes = file.Length() - static_cast<std::int64_t>(kBookMarkTableBytes);
-  if (startBytes >= 0) return core::HoldToInt32(startBytes / 4);
-  file.Close();
-  return -1;
+  const std::int32_t count = CountStarts(file);
+  if (count < 0) file.Close();
+  return count;
 }
 
 void ReadStudyFile(FileStream& file, BookMarkTable& table, std::uint32_t* startsMs, std::int32_t count) noexcept {

@@ -29,6 +29,9 @@ struct StudyPaths {
 // Opens the study file into file and returns the number of its sentence starts, or -1 with file closed.
 [[nodiscard]] std::int32_t OpenStudyFile(const StudyPaths& paths, platform::FileStream& file) noexcept;
 
+// How many sentence starts an open study file holds; -1 when it is too short for one.
+[[nodiscard]] std::int32_t CountStarts(const platform::FileStream& file) noexcept;
+
 // Reads the table and count starts from the beginning of the file; what the file does not hold stays as it was.
 void ReadStudyFile(platform::FileStream& file, BookMarkTable& table, std::uint32_t* startsMs,
                    std::int32_t count) noexcept;

@@ -5,6 +5,7 @@
 
 #include "core/core_state.h"
 #include "digest/digest_state.h"
+#include "exercises/exercises_state.h"
 #include "recording/recording_state.h"
 #include "sentences/sentences_state.h"
 #include "support/scratch_folder.h"
@@ -24,6 +25,7 @@ class EngineTest : public ::testing::Test {
     recording::ResetState();
     digest::ResetState();
     sentences::ResetState();
+    exercises::ResetState();
   }
 
   ScratchFolder scratch;

@@ -21,6 +21,8 @@ struct Desktop {
   std::array<bool, 256> keysDown{};
   TvMessageBoxHandler messageBoxHandler = nullptr;  // null: standard error
   void* messageBoxUser = nullptr;
+  TvBeepHandler beepHandler = nullptr;  // null: the terminal's bell
+  void* beepUser = nullptr;
 };
 
 Desktop& TheDesktop() noexcept;

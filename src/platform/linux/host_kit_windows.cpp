@@ -79,4 +79,10 @@ void tvSetMessageBoxHandler(TvMessageBoxHandler handler, void* user) VC_NOEXCEPT
   desktop.messageBoxUser = user;
 }
 
+void tvSetBeepHandler(TvBeepHandler handler, void* user) VC_NOEXCEPT {
+  platform::Desktop& desktop = platform::TheDesktop();
+  desktop.beepHandler = handler;
+  desktop.beepUser = user;
+}
+
 }  // extern "C"

@@ -1,4 +1,6 @@
 // Implements windows.h and desktop.h over the windows of this process. The host kit's functions are thin calls of these.
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -139,6 +141,15 @@ void ShowMessageBox(const char* text, const char* caption) noexcept {
     WriteBoxToStandardError(text, caption);
     return 0;
   });
+}
+
+void Beep() noexcept {
+  const Desktop& desktop = TheDesktop();
+  if (desktop.beepHandler) {
+    desktop.beepHandler(desktop.beepUser);
+  } else if (isatty(STDERR_FILENO)) {
+    std::fputc('\a', stderr);  // the terminal's bell; in a log it would only be a stray byte
+  }
 }
 
 void TakeFirstDroppedPath(std::uintptr_t drop, char* path, int size) noexcept {

@@ -1,0 +1,45 @@
+#include "exercises/question_index.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace tavimo::exercises {
+
+bool RecordReader::Next(QuestionRecord& record) noexcept {
+  if (end_ - next_ < kQuestionRecordBytes) {
+    const std::int64_t got = index_.Read(piece_.data(), static_cast<std::int64_t>(piece_.size()));
+    next_ = 0;
+    end_ = static_cast<std::size_t>(std::max<std::int64_t>(got, 0));
+    if (end_ < kQuestionRecordBytes) return false;
+  }
+  record = ReadQuestionRecord(piece_.data() + next_);
+  next_ += kQuestionRecordBytes;
+  return true;
+}
+
+bool ReadRecordAt(platform::FileStream& index, std::int32_t recordIndex, QuestionRecord& record) noexcept {
+  constexpr auto kBytes = static_cast<std::int64_t>(kQuestionRecordBytes);
+  QuestionRecordBytes bytes;
+  if (index.Seek(recordIndex * kBytes, platform::SeekFrom::Start) < 0) return false;
+  if (index.Read(bytes.data(), kBytes) != kBytes) return false;
+  record = ReadQuestionRecord(bytes.data());
+  return true;
+}
+
+bool ReadArticleRecord(platform::FileStream& index, std::int32_t recordIndex, QuestionRecord& record) noexcept {
+  if (!ReadRecordAt(index, recordIndex, record)) return false;
+  return IsArticle(record) || (ReadRecordAt(index, record.passageIndex, record) && IsArticle(record));
+}
+
+std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std::int32_t room) noexcept {
+  RecordReader reader(index);
+  QuestionRecord record;
+  std::int32_t count = 0;
+  while (count < std::numeric_limits<std::int32_t>::max() && reader.Next(record)) {
+    if (answers != nullptr && count < room) answers[count] = IsArticle(record) ? -1 : NormalisedAnswer(record);
+    ++count;
+  }
+  return count;
+}
+
+}  // namespace tavimo::exercises

@@ -1,0 +1,267 @@
+// The bank as a host uses it, over banks that were compiled and over such as anything may have damaged.
+#include <array>
+#include <cstdlib>
+#include <string>
+
+#include "exercises/question_files.h"
+#include "platform/gbk_literal.h"
+#include "support/message_boxes.h"
+
+namespace tavimo::tests {
+namespace {
+
+using namespace platform::literals;
+using namespace std::string_view_literals;
+
+// A host's buffer, marked so that a write behind its room shows.
+struct Buffer {
+  explicit Buffer(std::size_t byteCount) : room(byteCount), bytes(byteCount + 16, '\x5A') {}
+  std::string Text() {
+    EXPECT_EQ(bytes.substr(room), std::string(16, '\x5A'));
+    return bytes.c_str();
+  }
+  std::size_t room;
+  std::string bytes;
+};
+
+class QuestionBank : public EngineTest {
+ protected:
+  // Opens a bank that is written out by hand.
+  static void Open(const std::vector<Item>& items, std::string_view wz) {
+    WriteBytes("temp/b.tst", IndexFile(items));
+    WriteText("temp/b.wz", wz);
+    char path[] = "temp\\b.wz";
+    EXPECT_EQ(vcOpenQuestionIdx(path, nullptr), static_cast<std::int32_t>(items.size()));
+    EXPECT_EQ(vcOpenWzFile(path), 0);
+  }
+  static std::string Question(std::size_t room) {
+    Buffer buffer(room);
+    vcGetQuestionTxt(buffer.bytes.data());
+    return buffer.Text();
+  }
+  static std::string Choices(std::size_t room) {
+    Buffer buffer(room);
+    vcGetChoiceTxt(buffer.bytes.data());
+    return buffer.Text();
+  }
+  static std::string Article(std::int32_t index, std::size_t room) {
+    Buffer buffer(room);
+    const std::int32_t length = vcGetArticleTxt(buffer.bytes.data(), index);
+    EXPECT_EQ(length == 0, buffer.Text().empty());
+    return buffer.Text();
+  }
+  static std::vector<std::string> Lines() {
+    const Window list(TV_LIST_BOX);
+    vcFillSentenceList(list);
+    std::vector<std::string> lines;
+    for (std::intptr_t i = 0; i < tvSendMessage(list, TV_LB_GETCOUNT, 0, 0); ++i) {
+      char line[64];
+      tvSendMessage(list, TV_LB_GETTEXT, static_cast<std::uintptr_t>(i), reinterpret_cast<std::intptr_t>(line));
+      lines.emplace_back(line);
+    }
+    return lines;
+  }
+
+  MessageBoxes boxes;
+  Beeps beeps;
+};
+
+TEST_F(QuestionBank, ServesALesson) {
+  WriteText("lesson1.scr", std::string("##NT3\nText.\n$$\n##NT2\n") + u8"他说“走”\n"_gbk +
+                               "##XZ\nA\nB\n$$b\n##NT2\n##XZ\nC\n$$B\n##NT1\nq\n##XZ\n$$a\n");
+  WriteStudyFile("lesson1.zud", 4);
+  Buffer wzPath(sizeof "lesson1.wav" + 9);
+  std::array<std::int32_t, 5> answers{7, 7, 7, 7, 7};
+  ASSERT_EQ(vcConvertScr((scratch.Root() / "lesson1.wav").c_str(), nullptr, nullptr), -1) << "backslashes divide paths";
+  ASSERT_EQ(vcConvertScr(".\\lesson1.wav", wzPath.bytes.data(), answers.data()), 4);
+  EXPECT_EQ(wzPath.Text(), "temp\\lesson1.wz");
+  EXPECT_EQ(answers, (std::array<std::int32_t, 5>{-1, 1, 1, 0, 7}));
+  ASSERT_EQ(vcOpenWzFile(wzPath.bytes.data()), 0);
+  EXPECT_EQ(Lines(), (std::vector<std::string>{u8"  短文"_gbk, "No.1", "No.2", "No.3"}));
+  std::int32_t answer = 9;
+  EXPECT_EQ(vcReadCurQuestion(1, &answer), 3);
+  EXPECT_EQ(answer, 1);
+  EXPECT_EQ(Question(16), std::string(u8"他说"_gbk) + " \"" + u8"走"_gbk + "\" \n");
+  EXPECT_EQ(Choices(16), "A\nB\n");
+  char text[16];
+  EXPECT_EQ(vcGetQuestionTxt(text), 8);
+  EXPECT_EQ(vcReadCurQuestion(2, nullptr), 3);
+  EXPECT_EQ(Question(4), "");
+  EXPECT_EQ(Choices(4), "C\n");
+  EXPECT_EQ(Article(0, 7), "Text.\n");
+  EXPECT_EQ(Article(2, 7), "Text.\n") << "the passage that a question belongs to";
+  EXPECT_EQ(vcReadCurQuestion(4, &answer), 3) << "past the end the item in hand stays";
+  vcCloseWzFile();
+  EXPECT_EQ(Question(4), "");
+  vcCloseQuestionIdx();
+  vcCloseQuestionIdx();
+  EXPECT_EQ(Article(0, 7), "");
+  EXPECT_TRUE(Lines().empty());
+}
+
+TEST_F(QuestionBank, RefusesToCompileWhatIsNotThere) {
+  WriteText("a.scr", "");
+  EXPECT_EQ(vcConvertScr("a.wav", nullptr, nullptr), -1);
+  EXPECT_EQ(vcConvertScr(nullptr, nullptr, nullptr), -1);
+  EXPECT_EQ(vcConvertScr(std::string(300, 'a').c_str(), nullptr, nullptr), -1);
+  EXPECT_TRUE(NamesIn("temp").empty());
+  WriteStudyFile("a.zud", 0);
+  EXPECT_EQ(vcConvertScr("a.wav", nullptr, nullptr), 0);
+  // A recording without an extension in a folder with a dot: script and outputs take the folder's name, the index that is
+  // opened does not, and must not fill more answers than there are sentences.
+  std::filesystem::create_directory("set.2");
+  WriteText("set.scr", "");
+  WriteStudyFile("set.zud", 0);
+  Buffer wzPath(20);
+  EXPECT_EQ(vcConvertScr("set.2\\lesson", wzPath.bytes.data(), nullptr), -1);
+  EXPECT_EQ(wzPath.Text(), "temp\\lesson.wz");
+  EXPECT_TRUE(Exists("temp/set.tst"));
+  WriteBytes("temp/lesson.tst", IndexFile({{}, {}}));
+  std::int32_t answer = 7;
+  EXPECT_EQ(vcConvertScr("set.2\\lesson", nullptr, &answer), 2);
+  EXPECT_EQ(answer, 7);
+  EXPECT_TRUE(boxes.Take().empty());
+}
+
+TEST_F(QuestionBank, ReadsAnswersInBothCases) {
+  const std::vector<Item> items = {{0, 1},  {3, 33}, {0, 25}, {0, 57}, {0, 26},
+                                   {0, 31}, {0, -5}, {1, 3},  {2, 33}, {9, 2}};
+  Open(items, "");
+  std::array<std::int32_t, 10> answers{};
+  EXPECT_EQ(vcOpenQuestionIdx("temp\\b.tst", answers.data()), 10);
+  EXPECT_EQ(answers, (std::array<std::int32_t, 10>{1, 1, 25, 25, -6, -1, -5, -1, -1, 2}));
+  std::int32_t answer = 0;
+  EXPECT_EQ(vcReadCurQuestion(1, &answer), 3);
+  EXPECT_EQ(answer, 1);
+}
+
+TEST_F(QuestionBank, ListsAndReadsLongDialogues) {
+  Open({{1, 0, 0, 4}, {3, 0, 4, 3, 0, 0}, {7, 0, 0, 4}, {0, 0, 4, 3, 1, 2147483647}}, "Hi!\nq\0c"sv);
+  EXPECT_EQ(Lines(), (std::vector<std::string>{u8"  长对话"_gbk, "No.1", "No.-2147483648"}));
+  EXPECT_EQ(Article(0, 5), "Hi!\n");
+  EXPECT_EQ(Article(1, 5), "Hi!\n");
+  EXPECT_EQ(Article(3, 5), "") << "its passage is a question";
+  vcReadCurQuestion(0, nullptr);
+  EXPECT_EQ(Question(5), "Hi!\n") << "no zero byte: all of it, and not the next record's";
+  EXPECT_EQ(Choices(5), "");
+}
+
+TEST_F(QuestionBank, StraightensCurlyQuotes) {
+  const struct {
+    std::string wz, shown;
+    std::int32_t length;
+  } kCases[] = {
+      {"\xA1\xB0"
+       "a\xA1\xB1",
+       " \"a\" ", 5},
+      {"\xA1\xA1\xB0\xB1", "\xA1 \"\xB1", 3},
+      {"\xB0\xA1\xB0\xA1", "\xB0 \"\xA1", 3},
+      {"x\xA1", "x\xA1", 3},
+      {"", "", 0},
+  };
+  for (const auto& [wz, shown, length] : kCases) {
+    Open({{2, 0, 0, static_cast<std::uint32_t>(wz.size())}}, wz);
+    Buffer buffer(wz.size() + 1);
+    EXPECT_EQ(vcGetArticleTxt(buffer.bytes.data(), 0), length);
+    EXPECT_EQ(buffer.Text(), shown);
+  }
+}
+
+TEST_F(QuestionBank, GivesNoTextForARecordThatPointsOutside) {
+  constexpr std::uint32_t kMost = 0xFFFFFFFF;
+  const Item kOutside[] = {{0, 0, 0, 5},         {0, 0, 5, 0},     {0, 0, 4, 1},
+                           {0, 0, kMost, kMost}, {0, 0, 0, kMost}, {0, 0, kMost, 0}};
+  for (Item item : kOutside) {
+    item.passage = -1;
+    Item article = item;
+    article.type = 2;
+    Open({item, article}, "q\0c\n"sv);
+    vcReadCurQuestion(0, nullptr);
+    EXPECT_EQ(Question(1) + Choices(1) + Article(0, 1) + Article(1, 1), "");
+  }
+  Open({{0, 0, 0, 2}}, "q\0c\n"sv);
+  vcReadCurQuestion(0, nullptr);
+  EXPECT_EQ(Question(3) + "|" + Choices(3), "q|") << "the choices end with the record";
+  for (const std::int32_t index : {-1, 1, 2147483647, -2147483647 - 1}) {
+    EXPECT_EQ(Article(index, 1), "");
+    EXPECT_EQ(vcReadCurQuestion(index, nullptr), 0);
+  }
+  EXPECT_EQ(vcGetQuestionTxt(nullptr) + vcGetChoiceTxt(nullptr) + vcGetArticleTxt(nullptr, 0), 0);
+  WriteBytes("temp/b.tst", Bytes(103, 1));
+  EXPECT_EQ(vcOpenQuestionIdx("temp\\b.tst", nullptr), 1);
+  WriteBytes("temp/b.tst", Bytes(51, 1));
+  EXPECT_EQ(vcOpenQuestionIdx("temp\\b.tst", nullptr), 0);
+}
+
+TEST_F(QuestionBank, ChangesTheEndingsOfPaths) {
+  for (const char* name : {"x.tst", "x.wz", "tst", "wz", ".tst", ".wz"}) WriteText(name, "");
+  const struct {
+    std::string path, afterwards;
+    std::int32_t result;
+  } kCases[] = {{"x.tst", "x.wz", 0}, {"x.wz", "x.wz", 0},   {"x.a", "wz", 0},
+                {".wz", ".wz", 0},    {"a.z", "wz", 0},      {"ab", "ab", -1},
+                {"", "", -1},         {"y.tst", "y.wz", -1}, {"C.abc", "C.wz", -1}};
+  for (const auto& [path, afterwards, result] : kCases) {
+    Buffer buffer(path.size() + 1);
+    path.copy(buffer.bytes.data(), path.size());
+    buffer.bytes[path.size()] = 0;
+    EXPECT_EQ(vcOpenWzFile(buffer.bytes.data()), result) << path;
+    EXPECT_EQ(buffer.Text(), afterwards);
+    EXPECT_EQ(vcOpenQuestionIdx(path.c_str(), nullptr), result) << path;
+  }
+  EXPECT_EQ(vcOpenWzFile(nullptr), -1);
+  EXPECT_EQ(vcOpenQuestionIdx(nullptr, nullptr), -1);
+  EXPECT_EQ(vcOpenQuestionIdx((".\\" + std::string(254, '\\') + "x.wz").c_str(), nullptr), -1);
+}
+
+TEST_F(QuestionBank, FindsWhatLiesBesideALesson) {
+  std::filesystem::create_directory("a.b");
+  for (const char* name : {"1.gif", "1.bmp", "2.dib", "1.rtf", "1.txt", "2.rtf", "a.b/3.wz", ".wz"})
+    WriteText(name, "");
+  using Finder = std::int32_t(VC_CALL*)(const char*, char*);
+  const struct {
+    Finder find;
+    std::string path, found;
+    std::int32_t result;
+  } kCases[] = {{vcIfTxtGraphExist, "1.wav", "1.bmp", 1},
+                {vcIfTxtGraphExist, "2", "2.dib", 1},
+                {vcIfTxtGraphExist, "3.wav", "3.dib", 0},
+                {vcIfTxtGraphExist, "a.b\\2", "a.dib", 0},
+                {vcIfTxtGraphExist, "", "", 0},
+                {vcGetWzFile, "1.wav", "1.txt", 5},
+                {vcGetWzFile, "2.wav", "2.rtf", 5},
+                {vcGetWzFile, "a.b\\3", "a.b\\3.wz", 8},
+                {vcGetWzFile, ".abc", ".wz", 3},
+                {vcGetWzFile, "\\none", "\\none.rtf", 0},
+                {vcGetWzFile, std::string(256, 'n'), "", 0}};
+  for (const auto& [find, path, found, result] : kCases) {
+    Buffer buffer(path.size() + 5);
+    EXPECT_EQ(find(path.c_str(), buffer.bytes.data()), result) << path;
+    EXPECT_EQ(buffer.Text(), found);
+    EXPECT_EQ(find(path.c_str(), nullptr), result);
+  }
+}
+
+TEST_F(QuestionBank, ReadsTitlesFromTheProfile) {
+  ASSERT_EQ(setenv("XDG_CONFIG_HOME", scratch.Root().c_str(), 1), 0);
+  std::filesystem::create_directory("tavimo");
+  const auto title = [](const char* section, std::int32_t number) {
+    Buffer buffer(150);
+    const std::int32_t length = vcGetArticleTitle(section, number, buffer.bytes.data());
+    return std::to_string(length) + buffer.Text();
+  };
+  const std::string none = std::string("2") + u8"文章"_gbk;
+  EXPECT_EQ(title("unit1", 1), none);
+  WriteText("tavimo/article.txt", "[unit1]\n1=Settings\n");
+  EXPECT_EQ(title("unit1", 1), "8Settings");
+  WriteText("article.txt", std::string("[Unit1]\n1=") + u8"狐狸"_gbk + "\n-2=" + std::string(300, 'x') + "\n");
+  EXPECT_EQ(title("unit1", 1), std::string("2") + u8"狐狸"_gbk);
+  EXPECT_EQ(title("unit1", -2), "149" + std::string(149, 'x'));
+  EXPECT_EQ(title("unit1", 2), none);
+  EXPECT_EQ(title(nullptr, 1), none);
+  EXPECT_EQ(vcGetArticleTitle("unit1", 1, nullptr), 0);
+  unsetenv("XDG_CONFIG_HOME");
+}
+
+}  // namespace
+}  // namespace tavimo::tests
