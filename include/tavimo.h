@@ -27,7 +27,8 @@
  *     (digests, parameters, compiled questions), "tmpwav" (the learner's recording, outputs on their way) and "zud"
  *     (study files). The file "tmp.sen" lies in the current directory itself.
  *  8. Files are replaced whole or not at all: a side file is written beside its final name and put in place when it
- *     is complete. A derived file carries the last-write time of its source and is current only while both are equal.
+ *     is complete. The outputs of the question compiler are the exception. A derived file carries the last-write time of
+ *     its source and is current only while both are equal.
  *  9. Opening a second digest, study file, tape, question index or wz file closes the first.
  * 10. Start-up: vcCanRun; then vcSetMainWnd, vcSetPlayFormWndProc, and in a program that records
  *     vcSetWaveInAndOutWndProc and vcSetRecordingVolumeBarHandle before the capture device is opened.

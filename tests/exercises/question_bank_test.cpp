@@ -34,16 +34,13 @@ class QuestionBank : public EngineTest {
     EXPECT_EQ(vcOpenQuestionIdx(path, nullptr), static_cast<std::int32_t>(items.size()));
     EXPECT_EQ(vcOpenWzFile(path), 0);
   }
-  static std::string Question(std::size_t room) {
+  static std::string Text(std::int32_t(VC_CALL* get)(char*), std::size_t room) {
     Buffer buffer(room);
-    vcGetQuestionTxt(buffer.bytes.data());
+    get(buffer.bytes.data());
     return buffer.Text();
   }
-  static std::string Choices(std::size_t room) {
-    Buffer buffer(room);
-    vcGetChoiceTxt(buffer.bytes.data());
-    return buffer.Text();
-  }
+  static std::string Question(std::size_t room) { return Text(vcGetQuestionTxt, room); }
+  static std::string Choices(std::size_t room) { return Text(vcGetChoiceTxt, room); }
   static std::string Article(std::int32_t index, std::size_t room) {
     Buffer buffer(room);
     const std::int32_t length = vcGetArticleTxt(buffer.bytes.data(), index);
@@ -53,13 +50,7 @@ class QuestionBank : public EngineTest {
   static std::vector<std::string> Lines() {
     const Window list(TV_LIST_BOX);
     vcFillSentenceList(list);
-    std::vector<std::string> lines;
-    for (std::intptr_t i = 0; i < tvSendMessage(list, TV_LB_GETCOUNT, 0, 0); ++i) {
-      char line[64];
-      tvSendMessage(list, TV_LB_GETTEXT, static_cast<std::uintptr_t>(i), reinterpret_cast<std::intptr_t>(line));
-      lines.emplace_back(line);
-    }
-    return lines;
+    return LinesOf(list);
   }
 
   MessageBoxes boxes;
@@ -211,7 +202,7 @@ TEST_F(QuestionBank, ChangesTheEndingsOfPaths) {
   }
   EXPECT_EQ(vcOpenWzFile(nullptr), -1);
   EXPECT_EQ(vcOpenQuestionIdx(nullptr, nullptr), -1);
-  EXPECT_EQ(vcOpenQuestionIdx((".\\" + std::string(254, '\\') + "x.wz").c_str(), nullptr), -1);
+  EXPECT_EQ(vcOpenQuestionIdx(("." + std::string(255, '\\') + "x.wz").c_str(), nullptr), -1) << "260 bytes";
 }
 
 TEST_F(QuestionBank, FindsWhatLiesBesideALesson) {

@@ -20,16 +20,6 @@ class BookMarks : public EngineTest {
     return times;
   }
 
-  static std::vector<std::string> Lines(VcWindow list) {
-    std::vector<std::string> lines;
-    for (std::intptr_t i = 0; i < tvSendMessage(list, TV_LB_GETCOUNT, 0, 0); ++i) {
-      char line[64];
-      tvSendMessage(list, TV_LB_GETTEXT, static_cast<std::uintptr_t>(i), reinterpret_cast<std::intptr_t>(line));
-      lines.emplace_back(line);
-    }
-    return lines;
-  }
-
   static std::string Label(std::size_t slot) {
     return reinterpret_cast<const char*>(sentences::State().bookMarkTable.records[slot].bytes.data() + 4);
   }
@@ -42,10 +32,10 @@ TEST_F(BookMarks, AreListedInTheOrderOfAdding) {
   EXPECT_EQ(vcAddBookMark(6000000, nullptr), 0);
   const Window list(TV_LIST_BOX);
   EXPECT_EQ(vcFillBookMarkList(list, 7000000), 4);
-  EXPECT_EQ(Lines(list),
+  EXPECT_EQ(LinesOf(list),
             (std::vector<std::string>{"00:05   A", "02:05   C", std::string("01:05   ") + u8"中文"_gbk, "100:00   "}));
   EXPECT_EQ(vcFillBookMarkList(list, 7000000), 4) << "emptying the list box is the host's";
-  EXPECT_EQ(Lines(list).size(), 8u);
+  EXPECT_EQ(LinesOf(list).size(), 8u);
   EXPECT_EQ(vcFillBookMarkList(nullptr, 7000000), 4);
 }
 
@@ -56,7 +46,7 @@ TEST_F(BookMarks, AreAllDroppedWhenOneLiesPastTheEnd) {
   const Window list(TV_LIST_BOX);
   EXPECT_EQ(vcFillBookMarkList(list, 125501), 3);
   EXPECT_EQ(vcFillBookMarkList(list, 125500), 0);
-  EXPECT_EQ(Lines(list).size(), 3u);
+  EXPECT_EQ(LinesOf(list).size(), 3u);
   EXPECT_EQ(vcGetTotalBookMarks(), 0);
 }
 
@@ -64,7 +54,7 @@ TEST_F(BookMarks, CompareHugeTimesSignedAndShowThemUnsigned) {
   vcAddBookMark(0xFFFFFFFF, "z");
   const Window list(TV_LIST_BOX);
   EXPECT_EQ(vcFillBookMarkList(list, 1000), 1);
-  EXPECT_EQ(Lines(list), (std::vector<std::string>{"71582:47   z"}));
+  EXPECT_EQ(LinesOf(list), (std::vector<std::string>{"71582:47   z"}));
 }
 
 TEST_F(BookMarks, AreTwentyAtMost) {
@@ -106,7 +96,7 @@ TEST_F(BookMarks, CutLabelsBetweenCharacters) {
   for (std::size_t i = 4; i < 16; ++i) sentences::State().bookMarkTable.records[0].bytes[i] = 'y';
   const Window list(TV_LIST_BOX);
   vcFillBookMarkList(list, 1000);
-  EXPECT_EQ(Lines(list)[0], "00:00   yyyyyyyyyyyy");
+  EXPECT_EQ(LinesOf(list)[0], "00:00   yyyyyyyyyyyy");
 }
 
 TEST_F(BookMarks, AnswerZeroOutsideTheTable) {

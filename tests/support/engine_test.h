@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "core/core_state.h"
 #include "digest/digest_state.h"
 #include "exercises/exercises_state.h"
@@ -41,5 +44,16 @@ struct Window {
   operator VcWindow() const { return handle; }
   VcWindow handle;
 };
+
+// The lines of a list box, in GBK.
+inline std::vector<std::string> LinesOf(VcWindow list) {
+  std::vector<std::string> lines;
+  for (std::intptr_t i = 0; i < tvSendMessage(list, TV_LB_GETCOUNT, 0, 0); ++i) {
+    char line[64];
+    tvSendMessage(list, TV_LB_GETTEXT, static_cast<std::uintptr_t>(i), reinterpret_cast<std::intptr_t>(line));
+    lines.emplace_back(line);
+  }
+  return lines;
+}
 
 }  // namespace tavimo::tests
