@@ -29,11 +29,12 @@
  *  8. Files are replaced whole or not at all: a side file is written beside its final name and put in place when it
  *     is complete. The outputs of the question compiler are the exception. A derived file carries the last-write time of
  *     its source and is current only while both are equal.
- *  9. Opening a second digest, study file, tape, question index or wz file closes the first.
+ *  9. Opening a second digest, study file, script, tape, question index or wz file closes the first.
  * 10. Start-up: vcCanRun; then vcSetMainWnd, vcSetPlayFormWndProc, and in a program that records
  *     vcSetWaveInAndOutWndProc and vcSetRecordingVolumeBarHandle before the capture device is opened.
- *     Shut-down: stop and close capture, close the tape, the output device, the digest, the study file, the question index
- *     and the wz file. The engine restores no window procedure: keep the library loaded as long as the hooked windows live.
+ *     Shut-down: stop and close capture, close the tape, the output device, the digest, the study file, the script, the
+ *     question index and the wz file. The engine restores no window procedure: keep the library loaded as long as the
+ *     hooked windows live.
  */
 #ifndef TAVIMO_H
 #define TAVIMO_H
@@ -900,7 +901,124 @@ VC_API int32_t VC_CALL vcGetWzFile(const char* path, char* found_path) VC_NOEXCE
 VC_API int32_t VC_CALL vcGetArticleTitle(const char* section, int32_t number, char* title) VC_NOEXCEPT;
 
 /* ======================================================================================================================
- * page-layout, page-display, word-selection: reserved families, in this order
+ * page-layout: a script's text broken into pages, lines and words for a font and a rectangle
+ *
+ * Lines break at spaces in English and between any two characters in Chinese; a line beginning with "@@" begins a
+ * paragraph, and "@@" is measured and shown as two blanks. A word is a run of letters and digits. Lines end with CR and LF.
+ * The order of calls: vcSetPageSettings; vcGenPageFile when the page file is missing or its file time is not the script's;
+ * vcOpenScript; then for each page vcReadPage, vcCountPage and, on every repaint, vcDisplayPage; vcCloseScript.
+ * ==================================================================================================================== */
+
+/** @brief Sets the rectangle that scripts are laid out in, for the font selected in a device context.
+ *
+ *  The settings hold until the next call. A page has at most 60 lines.
+ *  @param dc the device context of the text pane with its font.
+ *  @param width, height the rectangle's size in pixels. A page too narrow for the text or lower than a line has no lines.
+ *  @param left, top the pixel position of the first line's upper left corner.
+ *  @param spacing the distance of lines: 1 for 1.2 times the text's height, 2 for 1.5 times; any other value is single.
+ *  @return the distance of lines in pixels.
+ *  @failure 0, and the earlier settings stay: no font, or one without height.
+ *  @requires nothing; again whenever font or rectangle change, and then vcGenPageFile. */
+VC_API int32_t VC_CALL vcSetPageSettings(VcDc dc, int32_t width, int32_t height, int32_t left, int32_t top,
+                                         int32_t spacing) VC_NOEXCEPT;
+
+/** @brief Finds the pages of a whole script and writes them to a page file, which is given the script's file time.
+ *
+ *  A page has at most 4988 bytes: one that would have more is the last, and the text behind it belongs to no page. The same
+ *  holds behind a zero byte, and from the page on that is too small for a single character.
+ *  @param scrambled any but 0 for a scrambled script.
+ *  @param script_path the script, less than 4 GB.
+ *  @param page_file_path the page file to write; an existing one is replaced.
+ *  @param dc the device context with the font of vcSetPageSettings.
+ *  @return -2.
+ *  @failure -1, and an existing page file stays: the script cannot be opened or read, the page file cannot be written or
+ *           is the script, or there is no font.
+ *  @requires vcSetPageSettings. Read the current page again afterwards (vcReadPage). */
+VC_API int32_t VC_CALL vcGenPageFile(int32_t scrambled, const char* script_path, const char* page_file_path,
+                                     VcDc dc) VC_NOEXCEPT;
+
+/** @brief Lays out the page that was read last into lines and words, for vcDisplayPage and vcBeginSelect.
+ *
+ *  Before any page was read, the page is empty.
+ *  @param dc the device context with the font of vcSetPageSettings.
+ *  @return the page's lines, 0 to 60.
+ *  @failure 0, and no page is laid out: there is no font.
+ *  @requires vcSetPageSettings, vcReadPage. */
+VC_API int32_t VC_CALL vcCountPage(VcDc dc) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * page-display: a script opened with its page file and the learner's marks, read and drawn page by page
+ * ==================================================================================================================== */
+
+/** One entry of a page file. Page k reaches from entry k to entry k + 1. */
+typedef struct VcPageIndexEntry {
+  uint32_t text_offset; /**< where the page begins, in bytes from the start of the script */
+  uint32_t first_word;  /**< the number of its first word, counted from 0 through the whole script */
+} VcPageIndexEntry;
+
+/** @brief Opens a script with its page file and its highlight file, which keeps the learner's marks.
+ *
+ *  A highlight file that is missing, or whose file time is not the script's, is made anew without marks; then a script
+ *  whose extension is ".nor" counts as scrambled. A read-only mark on it is taken away. A script that is open is closed
+ *  first; no page is current until vcReadPage.
+ *  @param script_path the script.
+ *  @param page_file_path its page file, as vcGenPageFile wrote it. Whether it is current is the host's business.
+ *  @param highlight_path the highlight file; neither the script nor the page file.
+ *  @param slots receives the number of words that the highlight file has room for, 4 for each byte.
+ *  @return the number of pages.
+ *  @failure -1: one of the three files cannot be opened, or the page file is empty. Call vcCloseScript then too.
+ *  @requires nothing. */
+VC_API int32_t VC_CALL vcOpenScript(const char* script_path, const char* page_file_path, const char* highlight_path,
+                                    int32_t* slots) VC_NOEXCEPT;
+
+/** @brief Closes the script, its page file and its highlight file. The current page can still be drawn.
+ *  @failure none; nothing happens when nothing is open.
+ *  @requires nothing. */
+VC_API void VC_CALL vcCloseScript(void) VC_NOEXCEPT;
+
+/** @brief Reads the page file from its start.
+ *  @param count how many entries; all of them are the number of pages + 1.
+ *  @param entries receives them; room for count entries.
+ *  @return how many were read, fewer than count at the end of the file.
+ *  @failure -1: no script is open.
+ *  @requires vcOpenScript. */
+VC_API int32_t VC_CALL vcReadBookPageIdx(int32_t count, VcPageIndexEntry* entries) VC_NOEXCEPT;
+
+/** @brief Reads a page and the marks of its words. It is laid out only by vcCountPage.
+ *  @param scrambled any but 0 for a scrambled script.
+ *  @param page the page's number, from 0.
+ *  @return the number of the page's first word.
+ *  @failure -1, and the current page stays: no script is open, there is no such page, or its entries in the page file
+ *           cannot be right (they decrease, or hold more than 4988 bytes).
+ *  @requires vcOpenScript. */
+VC_API int32_t VC_CALL vcReadPage(int32_t scrambled, int32_t page) VC_NOEXCEPT;
+
+/** @brief Draws the page that was laid out last, with the selected font and text colour, and its marked words in pure red
+ *         over them. The background stays as it is.
+ *  @param dc the device context to draw into.
+ *  @return the page's lines.
+ *  @failure 0, and nothing is drawn: no page is laid out.
+ *  @requires vcCountPage. */
+VC_API int32_t VC_CALL vcDisplayPage(VcDc dc) VC_NOEXCEPT;
+
+/* ======================================================================================================================
+ * word-selection: words marked by clicks
+ * ==================================================================================================================== */
+
+/** @brief Marks the word under a click, or takes its mark away, draws its line again and saves the marks at once.
+ *
+ *  A click counts over letters and hyphens, and right of a line's text; it selects the last word of the line that begins at
+ *  or left of it. Of a word that a line's end cuts, the part on the line is the word.
+ *  @param dc the device context of the text pane, with the font of vcCountPage.
+ *  @param x, y the click in pixels, in the coordinates of vcSetPageSettings.
+ *  @param state receives 1 if the word is marked now, else 0.
+ *  @param word receives the word, of which at most 160 bytes; room for 161 bytes.
+ *  @return the word's length in bytes; 0 when the click selects nothing, and then nothing changes.
+ *  @failure 0, and nothing changes: the mark cannot be saved, or no script is open.
+ *  @requires vcReadPage, vcCountPage, vcDisplayPage. */
+VC_API int32_t VC_CALL vcBeginSelect(VcDc dc, int32_t x, int32_t y, int32_t* state, char* word) VC_NOEXCEPT;
+
+/* ======================================================================================================================
  * host-utilities: services around the engine
  * ==================================================================================================================== */
 

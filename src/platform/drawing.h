@@ -1,10 +1,13 @@
-// Lines drawn into a host's device context.
+// Lines and text drawn into a host's device context, and text measured in its font.
 //
-// Callers guarantee: nothing; a null or destroyed context draws nothing.
-// A back end checks: the context, and clips every line to it in time that does not grow with what lies outside.
+// Callers guarantee: nothing; a null or destroyed context draws nothing and measures nothing.
+// A back end checks: the context, and clips to it in time that does not grow with what lies outside.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 #include "tavimo.h"
 
@@ -33,6 +36,39 @@ class RedPen {
   VcDc dc_;
   std::uintptr_t previousPen_ = 0;  // the back end's own
   std::uintptr_t redPen_ = 0;
+};
+
+// The advance in pixels of each single byte in the selected font.
+using ByteAdvances = std::array<std::int32_t, 256>;
+
+// False, and nothing is changed, without a context or a font.
+[[nodiscard]] bool MeasureBytes(VcDc dc, ByteAdvances& advances) noexcept;
+
+struct TextSize {
+  std::int32_t width = 0;   // pixels
+  std::int32_t height = 0;  // pixels; 0 for an empty text
+};
+
+// The size of GBK text in the selected font; false, and nothing is changed, without a context or a font.
+[[nodiscard]] bool MeasureText(VcDc dc, std::string_view gbk, TextSize& size) noexcept;
+
+// Paints GBK text with the selected font and text colour, its upper left corner at (x, y). Byte i moves what follows it by
+// advances[i] pixels, each byte of a character its own share; what the advances do not cover is not painted. Only the
+// characters' own pixels change, the same ones each time. A control character leaves its room empty.
+void PaintText(VcDc dc, std::int32_t x, std::int32_t y, std::string_view gbk,
+               std::span<const std::int32_t> advances) noexcept;
+
+// Pure red text for the life of this object; the host's text colour is set again afterwards.
+class RedText {
+ public:
+  explicit RedText(VcDc dc) noexcept;
+  RedText(const RedText&) = delete;
+  RedText& operator=(const RedText&) = delete;
+  ~RedText();
+
+ private:
+  VcDc dc_;
+  std::uint32_t previousColour_ = 0;
 };
 
 }  // namespace tavimo::platform

@@ -25,6 +25,12 @@ enum class OpenMode {
 
 enum class SeekFrom { Start, Current, End };
 
+// A last-write time at the full resolution of the file system, in units only the back end knows.
+struct FileTime {
+  std::int64_t value = 0;
+  friend bool operator==(const FileTime&, const FileTime&) = default;
+};
+
 // An open file and the position in it. Reads and writes are not buffered: what Write returned true for has reached the
 // operating system. Closes itself.
 class FileStream {
@@ -63,6 +69,10 @@ class FileStream {
 
   // Waits until the bytes would survive a power cut; false when that cannot be promised.
   bool Flush() noexcept;
+
+  // The open file's own time, also after it was renamed. A time that was set holds until the next Write.
+  [[nodiscard]] bool GetLastWriteTime(FileTime& time) const noexcept;
+  bool SetLastWriteTime(FileTime time) noexcept;
 
   // False when the system reports an error that was held back until now. Closing twice does nothing.
   bool Close() noexcept;
@@ -146,11 +156,7 @@ bool RemoveFile(const char* path) noexcept;
 // Takes away the read-only mark (and on Windows the hidden and system marks).
 bool ResetAttributes(const char* path) noexcept;
 
-// A last-write time at the full resolution of the file system, in units only the back end knows.
-struct FileTime {
-  std::int64_t value = 0;
-  friend bool operator==(const FileTime&, const FileTime&) = default;
-};
+// By path, for files that nobody has open.
 [[nodiscard]] bool GetLastWriteTime(const char* path, FileTime& time) noexcept;
 bool SetLastWriteTime(const char* path, FileTime time) noexcept;
 

@@ -9,6 +9,7 @@
 #include "core/core_state.h"
 #include "digest/digest_state.h"
 #include "exercises/exercises_state.h"
+#include "pages/pages_state.h"
 #include "recording/recording_state.h"
 #include "sentences/sentences_state.h"
 #include "support/scratch_folder.h"
@@ -29,6 +30,7 @@ class EngineTest : public ::testing::Test {
     digest::ResetState();
     sentences::ResetState();
     exercises::ResetState();
+    pages::ResetState();
   }
 
   ScratchFolder scratch;

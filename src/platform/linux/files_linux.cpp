@@ -96,6 +96,15 @@ timespec TimespecFrom(FileTime time) {
   return {seconds, time.value - seconds * kNanosecondsPerSecond};
 }
 
+// False for times that 64 bits of nanoseconds do not hold: before 1678 and after 2261.
+bool FileTimeFrom(timespec lastWrite, FileTime& time) {
+  std::int64_t value = 0;
+  if (__builtin_mul_overflow(lastWrite.tv_sec, kNanosecondsPerSecond, &value)) return false;
+  if (__builtin_add_overflow(value, lastWrite.tv_nsec, &value)) return false;
+  time.value = value;
+  return true;
+}
+
 }  // namespace
 
 FileStream FileStream::Open(const char* path, OpenMode mode) noexcept {
@@ -163,6 +172,16 @@ std::int64_t FileStream::Length() const noexcept {
 
 bool FileStream::Flush() noexcept {
   return IsOpen() && !NextFileOperationFails() && fdatasync(DescriptorOf(handle_)) == 0;
+}
+
+bool FileStream::GetLastWriteTime(FileTime& time) const noexcept {
+  struct stat status {};
+  return IsOpen() && fstat(DescriptorOf(handle_), &status) == 0 && FileTimeFrom(status.st_mtim, time);
+}
+
+bool FileStream::SetLastWriteTime(FileTime time) noexcept {
+  const timespec times[2] = {{0, UTIME_OMIT}, TimespecFrom(time)};
+  return IsOpen() && !NextFileOperationFails() && futimens(DescriptorOf(handle_), times) == 0;
 }
 
 bool FileStream::Close() noexcept {
@@ -238,13 +257,7 @@ bool ResetAttributes(const char* path) noexcept {
 
 bool GetLastWriteTime(const char* path, FileTime& time) noexcept {
   const std::optional<struct stat> status = StatusOf(path);
-  if (!status) return false;
-  // False for times that 64 bits of nanoseconds do not hold: before 1678 and after 2261.
-  std::int64_t value = 0;
-  if (__builtin_mul_overflow(status->st_mtim.tv_sec, kNanosecondsPerSecond, &value)) return false;
-  if (__builtin_add_overflow(value, status->st_mtim.tv_nsec, &value)) return false;
-  time.value = value;
-  return true;
+  return status && FileTimeFrom(status->st_mtim, time);
 }
 
 bool SetLastWriteTime(const char* path, FileTime time) noexcept {

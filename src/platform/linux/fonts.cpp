@@ -9,7 +9,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
+#include <numeric>
 #include <string_view>
+#include <tuple>
 
 #include "platform/text.h"
 
@@ -112,21 +115,47 @@ std::unique_ptr<Font> Font::Load(const char* family, int pixelHeight) {
 Font::Font(Handle font) noexcept : font_(std::move(font)) {
   cairo_font_extents_t extents;
   cairo_scaled_font_extents(font_.get(), &extents);
-  textHeight_ = static_cast<int>(std::lround(extents.ascent) + std::lround(extents.descent));
+  ascent_ = static_cast<int>(std::lround(extents.ascent));
+  textHeight_ = ascent_ + static_cast<int>(std::lround(extents.descent));
+}
+
+void Font::FindGlyphs(std::span<Cell> cells) const noexcept {
+  FT_Face face = cairo_ft_scaled_font_lock_face(font_.get());
+  if (face == nullptr) return;
+  for (Cell& cell : cells) cell.glyph = cell.character ? FT_Get_Char_Index(face, cell.character) : 0;
+  cairo_ft_scaled_font_unlock_face(font_.get());
 }
 
 // Two rounds: while the face is locked, Cairo cannot measure with it.
 void Font::Measure(std::span<Cell> cells) const noexcept {
-  if (FT_Face face = cairo_ft_scaled_font_lock_face(font_.get())) {
-    for (Cell& cell : cells) cell.glyph = cell.character ? FT_Get_Char_Index(face, cell.character) : 0;
-    cairo_ft_scaled_font_unlock_face(font_.get());
-  }
+  FindGlyphs(cells);
   for (Cell& cell : cells) {
     const cairo_glyph_t glyph{cell.glyph, 0, 0};
     cairo_text_extents_t extents;
     cairo_scaled_font_glyph_extents(font_.get(), &glyph, 1, &extents);
     cell.advance = static_cast<std::int32_t>(std::lround(extents.x_advance));
   }
+}
+
+TextSize Font::Measure(std::string_view gbk) const {
+  std::vector<Cell> cells = SplitIntoCells(gbk);
+  Measure(cells);
+  const auto width = std::accumulate(cells.begin(), cells.end(), std::int64_t{0},
+                                     [](std::int64_t sum, const Cell& cell) { return sum + cell.advance; });
+  return {static_cast<std::int32_t>(std::min<std::int64_t>(width, std::numeric_limits<std::int32_t>::max())),
+          cells.empty() ? 0 : textHeight_};
+}
+
+const ByteAdvances& Font::AdvancesOfBytes() const noexcept {
+  if (advancesOfBytes_) return *advancesOfBytes_;
+  std::array<Cell, std::tuple_size_v<ByteAdvances>> cells{};
+  for (std::size_t byte = 0; byte < cells.size(); ++byte) {
+    cells[byte].character = UnicodeFromGbk(static_cast<unsigned char>(byte), 0);
+  }
+  Measure(cells);
+  ByteAdvances& advances = advancesOfBytes_.emplace();
+  std::transform(cells.begin(), cells.end(), advances.begin(), [](const Cell& cell) { return cell.advance; });
+  return advances;
 }
 
 }  // namespace tavimo::platform

@@ -6,9 +6,12 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
+
+#include "platform/drawing.h"
 
 namespace tavimo::platform {
 
@@ -17,8 +20,8 @@ namespace tavimo::platform {
 struct Cell {
   char32_t character = 0;    // 0: none
   int byteCount = 1;         // 2 for a lead byte and what follows it
-  unsigned long glyph = 0;   // known after Font::Measure
-  std::int32_t advance = 0;  // pixels; known after Font::Measure
+  unsigned long glyph = 0;   // known after Font::FindGlyphs
+  std::int32_t advance = 0;  // pixels; the font's own after Font::Measure
 };
 
 // May throw std::bad_alloc.
@@ -33,12 +36,24 @@ class Font {
   // whatever the system has.
   [[nodiscard]] static std::unique_ptr<Font> Load(const char* family, int pixelHeight);
 
+  [[nodiscard]] int Ascent() const noexcept { return ascent_; }
+
   // Ascent and descent, without the gap between lines.
   [[nodiscard]] int TextHeight() const noexcept { return textHeight_; }
 
-  void Measure(std::span<Cell> cells) const noexcept;
+  // May throw std::bad_alloc.
+  [[nodiscard]] TextSize Measure(std::string_view gbk) const;
+
+  // Measured when first asked for: a page asks each time it is laid out.
+  [[nodiscard]] const ByteAdvances& AdvancesOfBytes() const noexcept;
+
+  void FindGlyphs(std::span<Cell> cells) const noexcept;
+
+  [[nodiscard]] cairo_scaled_font_t* Scaled() const noexcept { return font_.get(); }
 
  private:
+  void Measure(std::span<Cell> cells) const noexcept;
+
   struct Destroyer {
     void operator()(cairo_scaled_font_t* font) const noexcept { cairo_scaled_font_destroy(font); }
   };
@@ -46,7 +61,9 @@ class Font {
   explicit Font(Handle font) noexcept;
 
   Handle font_;
+  int ascent_ = 0;
   int textHeight_ = 0;
+  mutable std::optional<ByteAdvances> advancesOfBytes_;
 };
 
 }  // namespace tavimo::platform

@@ -1,16 +1,12 @@
 // The host kit's device contexts: arguments checked, then the memory picture called. Files are host_kit_png.cpp.
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <limits>
 #include <memory>
-#include <numeric>
-#include <string_view>
 
+#include "platform/drawing.h"
 #include "platform/linux/fonts.h"
 #include "platform/linux/guarded.h"
 #include "platform/linux/memory_dc.h"
-#include "platform/text.h"
 #include "tavimo_host.h"
 
 namespace {
@@ -18,18 +14,6 @@ namespace {
 namespace platform = tavimo::platform;
 
 bool IsPictureSide(int pixels) noexcept { return pixels >= 1 && pixels <= platform::MemoryDc::kMaxSide; }
-
-// Null when the context does not exist or has no font yet.
-const platform::Font* FindFont(VcDc dc) noexcept {
-  const platform::MemoryDc* memoryDc = platform::FindDc(dc);
-  return memoryDc ? memoryDc->SelectedFont() : nullptr;
-}
-
-int TotalAdvance(const std::vector<platform::Cell>& cells) noexcept {
-  const auto total = std::accumulate(cells.begin(), cells.end(), std::int64_t{0},
-                                     [](std::int64_t sum, const platform::Cell& cell) { return sum + cell.advance; });
-  return static_cast<int>(std::min<std::int64_t>(total, std::numeric_limits<int>::max()));
-}
 
 }  // namespace
 
@@ -73,27 +57,18 @@ uint32_t tvPixel(VcDc dc, int x, int y) VC_NOEXCEPT {
 }
 
 int tvCharWidths(VcDc dc, int32_t widths[256]) VC_NOEXCEPT {
-  const platform::Font* font = FindFont(dc);
-  if (!font || !widths) return -1;
-  std::array<platform::Cell, 256> cells{};
-  for (std::size_t byte = 0; byte < cells.size(); ++byte) {
-    cells[byte].character = platform::UnicodeFromGbk(static_cast<unsigned char>(byte), 0);
-  }
-  font->Measure(cells);
-  std::transform(cells.begin(), cells.end(), widths, [](const platform::Cell& cell) { return cell.advance; });
+  platform::ByteAdvances advances;
+  if (!widths || !platform::MeasureBytes(dc, advances)) return -1;
+  std::copy(advances.begin(), advances.end(), widths);
   return 0;
 }
 
 int tvTextExtent(VcDc dc, const char* gbk, int count, int32_t* width, int32_t* height) VC_NOEXCEPT {
-  const platform::Font* font = FindFont(dc);
-  if (!font || !gbk || count < 0) return -1;
-  return platform::Guarded(-1, [&] {
-    auto cells = platform::SplitIntoCells(std::string_view(gbk, static_cast<std::size_t>(count)));
-    font->Measure(cells);
-    if (width) *width = TotalAdvance(cells);
-    if (height) *height = cells.empty() ? 0 : font->TextHeight();
-    return 0;
-  });
+  platform::TextSize size;
+  if (!gbk || count < 0 || !platform::MeasureText(dc, {gbk, static_cast<std::size_t>(count)}, size)) return -1;
+  if (width) *width = size.width;
+  if (height) *height = size.height;
+  return 0;
 }
 
 }  // extern "C"

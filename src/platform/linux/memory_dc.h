@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
+#include <string_view>
 #include <vector>
 
 #include "platform/linux/fonts.h"
@@ -30,11 +32,16 @@ class MemoryDc {
 
   // The pen that was selected before.
   std::uint32_t SelectPen(std::uint32_t colour) noexcept;
-  void SetTextColour(std::uint32_t colour) noexcept { textColour_ = colour; }
+
+  // The colour that was set before.
+  std::uint32_t SetTextColour(std::uint32_t colour) noexcept;
 
   // Null until one is selected.
   [[nodiscard]] const Font* SelectedFont() const noexcept { return font_.get(); }
   void SelectFont(std::unique_ptr<Font> font) noexcept { font_ = std::move(font); }
+
+  // As platform::PaintText. May throw std::bad_alloc.
+  void PaintText(Point corner, std::string_view gbk, std::span<const std::int32_t> advances);
 
   // Hands the bytes of a PNG file to write, which answers false to stop; false when it did or memory is short.
   using PngWriter = bool (*)(void* user, const unsigned char* bytes, unsigned int byteCount);
@@ -42,6 +49,9 @@ class MemoryDc {
 
  private:
   [[nodiscard]] Picture Pixels() noexcept { return {pixels_.data(), width_, height_}; }
+  // The pixels as the drawing library takes them; the caller destroys it.
+  [[nodiscard]] cairo_surface_t* MakeSurface() noexcept;
+  void PaintGlyphs(std::span<const cairo_glyph_t> glyphs) noexcept;
 
   int width_;
   int height_;

@@ -1,0 +1,89 @@
+#include "pages/highlight_file.h"
+
+#include <algorithm>
+#include <array>
+
+#include "core/arithmetic.h"
+#include "hostutil/file_utilities.h"
+#include "pages/script_scrambling.h"
+#include "pages/script_window.h"
+#include "pages/word_count.h"
+#include "platform/utility.h"
+
+namespace tavimo::pages {
+
+namespace {
+
+constexpr std::int64_t kWordsPerByte = 4;
+
+// A word that the end of the script cuts is not counted: the room for one more is there.
+bool CountScriptWords(platform::FileStream& script, Scrambling scrambling, std::int64_t& wordCount) noexcept {
+  ScriptWindow window(script, scrambling);
+  WordCounter words;
+  for (;;) {
+    if (!window.Fill(1)) return false;
+    const std::span<const std::uint8_t> ahead = window.Ahead();
+    if (ahead.empty()) break;
+    words.Add(ahead);
+    window.Pass(ahead.size());
+  }
+  wordCount = words.Closed();
+  return true;
+}
+
+bool WriteZeros(const char* path, std::int64_t byteCount) noexcept {
+  constexpr std::array<std::uint8_t, 4096> kZeros{};
+  platform::ReplacementFile file;
+  if (!file.Begin(path)) return false;
+  for (std::int64_t left = byteCount; left > 0; left -= static_cast<std::int64_t>(kZeros.size())) {
+    file.Write(kZeros.data(), std::min<std::int64_t>(left, kZeros.size()));
+  }
+  return file.Commit(platform::ReplacementFile::Durability::Cached);
+}
+
+void MakeHighlightFile(const char* scriptPath, const char* highlightPath) noexcept {
+  platform::FileStream script = platform::FileStream::Open(scriptPath, platform::OpenMode::Read);
+  std::int64_t wordCount = 0;
+  if (!script.IsOpen() || !CountScriptWords(script, ScramblingByName(scriptPath), wordCount)) return;
+  script.Close();
+  // A read-only file could not be replaced, and the marks of the earlier script would be taken for this one's.
+  platform::ResetAttributes(highlightPath);
+  if (WriteZeros(highlightPath, (wordCount + 1) / kWordsPerByte + 1)) {
+    platform::SetSameFileTime(scriptPath, highlightPath);
+  }
+}
+
+}  // namespace
+
+void EnsureHighlightFile(const char* scriptPath, const char* highlightPath) noexcept {
+  const bool isCurrent = hostutil::FileExists(highlightPath) && platform::IsSameTimeFiles(scriptPath, highlightPath);
+  if (!isCurrent) MakeHighlightFile(scriptPath, highlightPath);
+}
+
+bool HighlightFile::Open(const char* path) noexcept {
+  platform::ResetAttributes(path);
+  file_ = platform::FileStream::Open(path, platform::OpenMode::ReadWrite);
+  hasTime_ = file_.GetLastWriteTime(time_);
+  return file_.IsOpen();
+}
+
+std::int32_t HighlightFile::WordSlots() const noexcept {
+  return core::HoldToInt32(std::max<std::int64_t>(file_.Length(), 0) * kWordsPerByte);
+}
+
+void HighlightFile::Read(PageHighlights& page) noexcept {
+  if (file_.Seek(page.FileOffset(), platform::SeekFrom::Start) < 0) return;
+  const std::span<std::uint8_t> bytes = page.Bytes();
+  // Bytes that a failed or short read leaves are as they were: zero.
+  static_cast<void>(file_.Read(bytes.data(), static_cast<std::int64_t>(bytes.size())));
+}
+
+bool HighlightFile::Save(const PageHighlights& page) noexcept {
+  const std::span<const std::uint8_t> bytes = page.Bytes();
+  if (file_.Seek(page.FileOffset(), platform::SeekFrom::Start) < 0) return false;
+  const bool isWritten = file_.Write(bytes.data(), static_cast<std::int64_t>(bytes.size()));
+  if (hasTime_) file_.SetLastWriteTime(time_);
+  return isWritten;
+}
+
+}  // namespace tavimo::pages
