@@ -1,0 +1,176 @@
+// Clicks on a page and the marks they leave.
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "platform/file_faults.h"
+#include "platform/gbk_literal.h"
+#include "platform/utility.h"
+#include "support/script_page.h"
+
+namespace tavimo::tests {
+namespace {
+
+using namespace platform::literals;
+
+class WordSelection : public ScriptPages {
+ protected:
+  static constexpr int kLeft = 10;
+  static constexpr int kTop = 5;
+  static constexpr int kLineHeight = 21;
+
+  void SetUp() override {
+    ScriptPages::SetUp();
+    ASSERT_EQ(vcSetPageSettings(pane.dc, 300, 105, kLeft, kTop, 0), kLineHeight);
+  }
+
+  // "word=state", or "" when nothing was selected.
+  std::string Click(int x, int y) {
+    char word[161] = "unchanged";
+    std::int32_t state = 7;
+    const std::int32_t length = vcBeginSelect(pane.dc, x, y, &state, word);
+    EXPECT_EQ(length, length == 0 ? 0 : static_cast<std::int32_t>(std::string(word).size()));
+    EXPECT_EQ(length == 0, std::string(word) == "unchanged" && state == 7);
+    return length == 0 ? "" : word + ("=" + std::to_string(state));
+  }
+
+  // A click on the first pixel behind a text that begins the page.
+  std::string ClickBehind(const std::string& text) { return Click(kLeft + WidthOf(text), kTop); }
+};
+
+TEST_F(WordSelection, TogglesTheLastWordThatBeginsAtOrLeftOfTheClick) {
+  const std::string line = u8"Don't stop 42 well-known 中文a x."_gbk;
+  ASSERT_EQ(Show(line), 1);
+  const struct {
+    const char8_t* before;
+    const char* selected;
+  } kCases[] = {{u8"", "Don=1"},
+                {u8"Don", ""},  // the apostrophe
+                {u8"Don'", "t=1"},
+                {u8"Don't", ""},
+                {u8"Don't sto", "stop=1"},
+                {u8"Don't stop ", ""},  // a digit
+                {u8"Don't stop 42 well", "well=1"},
+                {u8"Don't stop 42 well-", "known=1"}};
+  for (const auto& testCase : kCases) {
+    EXPECT_EQ(ClickBehind(reinterpret_cast<const char*>(testCase.before)), testCase.selected);
+  }
+  EXPECT_EQ(ClickBehind(u8"Don't stop 42 well-known "_gbk), "") << "a Chinese character";
+  EXPECT_EQ(ClickBehind(u8"Don't stop 42 well-known 中文a x"_gbk), "") << "a full stop";
+  EXPECT_EQ(ClickBehind(line), "x=1") << "right of the text";
+  EXPECT_EQ(ClickBehind(line), "x=0");
+  EXPECT_EQ(Click(kLeft + 300, kTop), "x=1") << "the last pixel of the width is in it";
+  EXPECT_EQ(Click(kLeft + 301, kTop), "");
+  for (const auto& [x, y] : {std::pair{kLeft - 1, kTop},
+                             {kLeft, kTop - 1},
+                             {kLeft, kTop + kLineHeight},
+                             {INT_MIN, INT_MIN},
+                             {INT_MAX, INT_MAX}}) {
+    EXPECT_EQ(Click(x, y), "") << x << ',' << y;
+  }
+  EXPECT_EQ(ReadBytes("script.mrk"), (Bytes{0x54, 0x51, 0}));
+}
+
+// The word of a line a click selects, by the text alone.
+std::optional<std::size_t> WordUnder(const std::string& line, const std::int32_t* widths, int x) {
+  std::optional<std::size_t> word;
+  std::size_t words = 0;
+  int end = 0;
+  for (std::size_t at = 0; at < line.size(); ++at) {
+    const auto byte = static_cast<unsigned char>(line[at]);
+    const bool isWordByte = std::isalnum(byte) != 0;
+    if (isWordByte && (at == 0 || std::isalnum(static_cast<unsigned char>(line[at - 1])) == 0)) {
+      if (end <= x) word = words;
+      ++words;
+    }
+    end += widths[byte];
+    if (end > x) return std::isalpha(byte) != 0 || byte == '-' ? word : std::nullopt;
+  }
+  return word;
+}
+
+TEST_F(WordSelection, AnswersOnEveryPixelAndKeepsEachMarkAtOnce) {
+  const std::string lines[] = {"-Up, well-known 7 ", "", u8"中a文 B2 - c"_gbk, u8"  好"_gbk};
+  const std::size_t firstWords[] = {0, 4, 4, 7};
+  ASSERT_EQ(Show(lines[0] + "\r\n\r\n" + lines[2] + "\r\n" + lines[3]), 4);
+  Bytes expected(3, 0);
+  for (int y = 0; y < 105; ++y) {
+    for (int x = 0; x < 320; ++x) {
+      const int line = (y - kTop) / kLineHeight;
+      const bool isInside = x >= kLeft && x <= kLeft + 300 && y >= kTop && line < 4;
+      const auto word = isInside ? WordUnder(lines[line], widths, x - kLeft) : std::nullopt;
+      if (word) {
+        const std::size_t number = firstWords[line] + *word;
+        expected[number / 4] ^= static_cast<std::uint8_t>(0x40 >> 2 * (number % 4));
+      }
+      ASSERT_EQ(Click(x, y).empty(), !word) << x << ',' << y;
+      if (!word && x != 0) continue;
+      ASSERT_EQ(ReadBytes("script.mrk"), expected) << x << ',' << y;
+    }
+  }
+}
+
+TEST_F(WordSelection, MarksOutliveTheProgram) {
+  ASSERT_EQ(Show("one two"), 1);
+  EXPECT_EQ(ClickBehind("one "), "two=1");
+  EXPECT_TRUE(platform::IsSameTimeFiles("script.txt", "script.mrk")) << "with another time the marks would be stale";
+  EXPECT_EQ(ReadBytes("script.mrk"), (Bytes{0x10}));
+  Reset();
+  vcSetPageSettings(pane.dc, 300, 105, kLeft, kTop, 0);
+  ASSERT_EQ(vcOpenScript("script.txt", "script.pag", "script.mrk", nullptr), 1);
+  ASSERT_EQ(vcReadPage(0, 0), 0);
+  EXPECT_EQ(ClickBehind("one "), "") << "not laid out";
+  ASSERT_EQ(vcCountPage(pane.dc), 1);
+  EXPECT_EQ(ClickBehind("one "), "two=0");
+
+  // A script that was edited meanwhile still counts as changed.
+  std::filesystem::last_write_time("script.txt", std::filesystem::file_time_type::clock::now());
+  EXPECT_EQ(ClickBehind("one "), "two=1");
+  EXPECT_FALSE(platform::IsSameTimeFiles("script.txt", "script.mrk"));
+}
+
+TEST_F(WordSelection, AMarkThatCannotBeKeptIsNotMade) {
+  ASSERT_EQ(Show("one two"), 1);
+  EXPECT_EQ(ClickBehind("one "), "two=1");
+  {
+    const auto plan = platform::FaultPlan::FailAt(1);
+    EXPECT_EQ(ClickBehind(""), "");
+  }
+  EXPECT_EQ(pages::State().pageLayout.words[0].state, 0);
+  EXPECT_EQ(ClickBehind(""), "one=1");
+  vcCloseScript();
+  EXPECT_EQ(ClickBehind(""), "");
+  EXPECT_EQ(ReadBytes("script.mrk"), (Bytes{0x50}));
+}
+
+TEST_F(WordSelection, NeverWritesPastAWordOrAPage) {
+  vcSetPageSettings(pane.dc, 4000, 105, kLeft, kTop, 0);
+  const std::string longWord(300, 'i');
+  std::string text = longWord + " end";
+  for (int i = 0; i < 100; ++i) text += " x";
+  ASSERT_EQ(Show(text), 1);
+  char word[162];
+  std::fill(std::begin(word), std::end(word), '?');
+  EXPECT_EQ(vcBeginSelect(pane.dc, kLeft, kTop, nullptr, word), 300);
+  EXPECT_EQ(std::string(word, 162), longWord.substr(0, 160) + '\0' + '?');
+  EXPECT_EQ(vcBeginSelect(pane.dc, kLeft, kTop, nullptr, nullptr), 300);
+  EXPECT_EQ(Click(kLeft + WidthOf(text) - 1, kTop), "x=1") << "the hundred and second word of the line";
+  EXPECT_EQ(ReadBytes("script.mrk").back(), 0x10);
+
+  // Lines that cut words count them twice: what passes the states that were read is marked on the page alone.
+  vcSetPageSettings(pane.dc, 40, 105, kLeft, kTop, 0);
+  ASSERT_EQ(Show("oneverylongwordandnothingelse"), 5);
+  EXPECT_EQ(Click(kLeft, kTop + 4 * kLineHeight), Lines()[4] + "=1");
+  EXPECT_EQ(ReadBytes("script.mrk"), Bytes{0});
+  EXPECT_EQ(Click(kLeft, kTop + kLineHeight), Lines()[1] + "=1") << "the part on the line";
+}
+
+TEST_F(WordSelection, ADamagedHighlightFileGrowsRatherThanLoseAMark) {
+  ASSERT_EQ(Show("a b c d e f g h i j"), 1);
+  WriteText("script.mrk", "");
+  EXPECT_EQ(ClickBehind("a b c d e f "), "g=1");
+  EXPECT_EQ(ReadBytes("script.mrk"), (Bytes{0, 0x04, 0}));
+}
+
+}  // namespace
+}  // namespace tavimo::tests
