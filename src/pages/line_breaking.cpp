@@ -15,11 +15,15 @@ using namespace platform::literals;
 
 constexpr std::int64_t kEndsLine = std::int64_t{1} << 62;
 
-constexpr auto kBreakKinds = [] {
-  std::array<BreakKind, 256> kinds{};
+using BreakKinds = std::array<BreakKind, 256>;
+
+constexpr BreakKinds KindsOfAllBytes() noexcept {
+  BreakKinds kinds{};
   for (std::size_t byte = 0; byte < kinds.size(); ++byte) kinds[byte] = BreakKindOf(static_cast<std::uint8_t>(byte));
   return kinds;
-}();
+}
+
+constexpr BreakKinds kBreakKinds = KindsOfAllBytes();
 
 // The length of the unbroken run of double-byte bytes that ends at an index, back to the line's start. The rule:
 //   while (length <= index && IsDoubleByte(line[index - length])) ++length;

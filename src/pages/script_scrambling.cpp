@@ -50,7 +50,7 @@ Scrambling ScramblingByName(const char* scriptPath) noexcept {
 // The rule: text[i] ^= kScrambleKey[(scriptOffset + i) % 56]. Whole turns of the key have no division in them.
 void Unscramble(std::span<std::uint8_t> text, std::uint64_t scriptOffset, Scrambling scrambling) noexcept {
   if (scrambling == Scrambling::Plain) return;
-  std::size_t keyIndex = scriptOffset % kScrambleKeyBytes;
+  auto keyIndex = static_cast<std::size_t>(scriptOffset % kScrambleKeyBytes);
   while (!text.empty()) {
     const std::size_t turn = std::min(text.size(), kScrambleKeyBytes - keyIndex);
     for (std::size_t i = 0; i < turn; ++i) text[i] ^= kScrambleKey[keyIndex + i];

@@ -41,6 +41,8 @@ TEST_F(PageLayouts, APageFileHasTheBoundsOfEachPage) {
   EXPECT_TRUE(platform::IsSameTimeFiles("script.txt", "script.pag"));
   EXPECT_EQ(Paginate("a\r\nb\r\nc d\r\n"), (Entries{{0, 0}, {6, 2}, {11, 4}}));
   EXPECT_EQ(Paginate("a\rb\rc\r"), (Entries{{0, 0}, {4, 2}, {6, 3}})) << "pagination takes a CR alone";
+  EXPECT_EQ(Show("a\r\n"), 2);
+  EXPECT_EQ(Lines(), (std::vector<std::string>{"a", ""}));
 }
 
 TEST_F(PageLayouts, AScrambledScriptHasThePagesOfItsText) {
@@ -109,27 +111,6 @@ TEST_F(PageLayouts, AFailureLeavesTheEarlierPageFile) {
   EXPECT_EQ(ReadBytes("script.txt").size(), 7u);
 }
 
-TEST_F(PageLayouts, ALayoutHasLinesAndWords) {
-  vcSetPageSettings(pane.dc, 300, 120, 10, 0, 0);
-  EXPECT_EQ(Show("It's 10-20.\r\n\r\n@@end\r\n"), 4);
-  EXPECT_EQ(Lines(), (std::vector<std::string>{"It's 10-20.", "", "@@end", ""}));
-  const auto& layout = pages::State().pageLayout;
-  const struct {
-    int start, length, x;
-  } kWords[] = {{0, 2, 10},
-                {3, 1, 10 + WidthOf("It'")},
-                {5, 2, 10 + WidthOf("It's ")},
-                {8, 2, 10 + WidthOf("It's 10-")},
-                {2, 3, 10 + WidthOf("@@")}};
-  for (std::size_t i = 0; i < std::size(kWords); ++i) {
-    EXPECT_EQ(layout.words[i].start, kWords[i].start) << i;
-    EXPECT_EQ(layout.words[i].length, kWords[i].length) << i;
-    EXPECT_EQ(layout.words[i].x, kWords[i].x) << i;
-  }
-  EXPECT_EQ(layout.lines[2].firstWord, 4);
-  EXPECT_EQ(layout.lines[2].wordCount, 1);
-}
-
 // English and Chinese paragraphs; line breaks may then part neither a character nor a CR LF.
 std::string RandomScript(std::mt19937& random) {
   std::string text;
@@ -149,12 +130,11 @@ std::string RandomScript(std::mt19937& random) {
   return text;
 }
 
+bool IsWordByte(char byte) { return std::isalnum(static_cast<unsigned char>(byte)) != 0; }
+
 std::size_t CountRuns(const std::string& text) {
   std::size_t words = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto isWord = [&](std::size_t at) { return std::isalnum(static_cast<unsigned char>(text[at])) != 0; };
-    words += isWord(i) && (i == 0 || !isWord(i - 1)) ? 1 : 0;
-  }
+  for (std::size_t i = 0; i < text.size(); ++i) words += IsWordByte(text[i]) && (i == 0 || !IsWordByte(text[i - 1]));
   return words;
 }
 
