@@ -5,6 +5,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace tavimo::host {
 
@@ -14,6 +17,10 @@ namespace tavimo::host {
 // Waits until what a file or folder holds is on the disk itself, so that a power cut leaves it. What cannot be flushed is
 // left to the system.
 void FlushToDisk(const std::filesystem::path& path);
+
+// Text of an encoding that the system knows by that name, in UTF-8; none where the bytes are not all of that encoding, or
+// it is not known. Zero bytes stay.
+[[nodiscard]] std::optional<std::string> Utf8FromEncoding(std::string_view bytes, const char* encoding);
 
 // A library of the system that only some commands need: loading it with the program would cost every start of it.
 // Null where the library or the function is missing. It is never unloaded.

@@ -1,6 +1,7 @@
 // The system's own words on Linux and its relatives.
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <iconv.h>
 #include <sys/file.h>
 #include <termios.h>
 #include <unistd.h>
@@ -34,6 +35,22 @@ void FlushToDisk(const std::filesystem::path& path) {
 void* FindInLibrary(const char* library, const char* function) {
   void* handle = dlopen(library, RTLD_NOW | RTLD_LOCAL);
   return handle == nullptr ? nullptr : dlsym(handle, function);
+}
+
+std::optional<std::string> Utf8FromEncoding(std::string_view bytes, const char* encoding) {
+  constexpr std::size_t kLongestCharacter = 4;  // in UTF-8, for at least one byte of any encoding here
+  const iconv_t converter = iconv_open("UTF-8", encoding);
+  if (converter == reinterpret_cast<iconv_t>(-1)) return {};
+  std::string utf8(bytes.size() * kLongestCharacter, '\0');
+  char* input = const_cast<char*>(bytes.data());  // which iconv does not write to
+  char* output = utf8.data();
+  std::size_t inputLeft = bytes.size();
+  std::size_t outputLeft = utf8.size();
+  const std::size_t result = iconv(converter, &input, &inputLeft, &output, &outputLeft);
+  iconv_close(converter);
+  if (result == static_cast<std::size_t>(-1)) return {};
+  utf8.resize(utf8.size() - outputLeft);
+  return utf8;
 }
 
 QuietErrors::QuietErrors() : errors_(dup(STDERR_FILENO)) {
