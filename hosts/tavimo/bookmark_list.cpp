@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
+#include <limits>
 #include <memory>
 #include <type_traits>
 
@@ -26,39 +28,36 @@ using ListBox = std::unique_ptr<std::remove_pointer_t<VcWindow>, DestroyWindow>;
 std::string LabelIn(VcWindow listBox, std::size_t line) {
   std::array<char, kLineRoom> gbk{};
   tvSendMessage(listBox, TV_LB_GETTEXT, line, reinterpret_cast<intptr_t>(gbk.data()));
-  std::array<char, 2 * kLineRoom> utf8{};
-  tvUtf8FromGbk(gbk.data(), utf8.data(), static_cast<int>(utf8.size()));
-  const std::string text = utf8.data();
+  const std::string text = gbk.data();
   const std::size_t blanks = text.find(kBeforeLabel);
   return blanks == std::string::npos ? "" : text.substr(blanks + std::string(kBeforeLabel).size());
 }
 
-std::string GbkLabel(const std::string& label) {
-  std::string gbk(2 * label.size() + 1, '\0');
-  const int written = tvGbkFromUtf8(label.c_str(), gbk.data(), static_cast<int>(gbk.size()));
-  if (written < 0) throw Refusal("the label '" + ReadableText(label) + "' has a character that GBK lacks");
-  return gbk;
-}
-
 void SetBookmarks(const std::vector<Bookmark>& bookmarks) {
-  std::vector<std::string> labels;
-  labels.reserve(bookmarks.size());
-  for (const Bookmark& bookmark : bookmarks) labels.push_back(GbkLabel(bookmark.label));
   vcDeleteAllBookMark();
-  for (std::size_t i = 0; i < bookmarks.size(); ++i) vcAddBookMark(bookmarks[i].timeMs, labels[i].c_str());
+  for (const Bookmark& bookmark : bookmarks) vcAddBookMark(bookmark.timeMs, bookmark.gbkLabel.c_str());
 }
 
 }  // namespace
 
+std::string GbkLabel(const std::string& utf8) {
+  std::string gbk(2 * utf8.size() + 1, '\0');
+  const int written = tvGbkFromUtf8(utf8.c_str(), gbk.data(), static_cast<int>(gbk.size()));
+  if (written < 0) throw Refusal("the label '" + ReadableText(utf8) + "' has a character that GBK lacks");
+  gbk.resize(std::strlen(gbk.c_str()));
+  return gbk;
+}
+
 std::vector<Bookmark> Bookmarks(const LessonSession& session) {
   const ListBox listBox(tvCreateWindow(TV_LIST_BOX, nullptr, nullptr));
-  const auto totalMs = static_cast<std::int32_t>(session.Header().DurationMs());
-  const std::int32_t count = vcFillBookMarkList(listBox.get(), totalMs);
+  // Told the true length, the engine would drop every bookmark for the sake of one past the end.
+  const std::int32_t count = vcFillBookMarkList(listBox.get(), std::numeric_limits<std::int32_t>::max());
   std::vector<Bookmark> bookmarks;
   for (std::int32_t i = 0; i < count; ++i) {
     const auto timeMs = static_cast<std::uint32_t>(vcGetBookMarkTime(i));
     bookmarks.push_back({timeMs, LabelIn(listBox.get(), static_cast<std::size_t>(i))});
   }
+  std::erase_if(bookmarks, [&](const Bookmark& bookmark) { return bookmark.timeMs >= session.Header().DurationMs(); });
   return bookmarks;
 }
 
@@ -67,7 +66,7 @@ void StoreBookmarks(LessonSession& session, const std::vector<std::uint32_t>& st
   SetBookmarks(bookmarks);
   session.StoreStudyFile(starts);
   const auto isKept = [](const Bookmark& stored, const Bookmark& wanted) {
-    return stored.timeMs == wanted.timeMs && wanted.label.starts_with(stored.label);
+    return stored.timeMs == wanted.timeMs && wanted.gbkLabel.starts_with(stored.gbkLabel);
   };
   const std::vector<Bookmark> stored = Bookmarks(session);
   if (std::equal(stored.begin(), stored.end(), bookmarks.begin(), bookmarks.end(), isKept)) return;

@@ -6,11 +6,17 @@
 #include "options.h"
 #include "refusal.h"
 #include "sentence_stretch.h"
+#include "system.h"
 #include "text.h"
 
 namespace tavimo::host {
 
 namespace {
+
+std::string LabelOf(const Bookmark& bookmark) {
+  const auto utf8 = Utf8FromEncoding(bookmark.gbkLabel, "GB18030");
+  return utf8 ? ReadableText(*utf8) : ReadableText(bookmark.gbkLabel);
+}
 
 void List(const std::vector<Bookmark>& bookmarks) {
   if (bookmarks.empty()) {
@@ -20,7 +26,7 @@ void List(const std::vector<Bookmark>& bookmarks) {
   std::cout << "   no.        time  label\n";
   for (std::size_t i = 0; i < bookmarks.size(); ++i) {
     std::cout << std::setw(6) << i + 1 << std::setw(12) << FormatTime(bookmarks[i].timeMs) << "  "
-              << ReadableText(bookmarks[i].label) << '\n';
+              << LabelOf(bookmarks[i]) << '\n';
   }
 }
 
@@ -37,7 +43,7 @@ void Add(LessonSession& session, const Options& options, std::vector<Bookmark>& 
   if (bookmarks.size() >= kMostBookmarks) {
     throw Refusal("it has " + std::to_string(kMostBookmarks) + " bookmarks already, and there is room for no more");
   }
-  bookmarks.push_back({static_cast<std::uint32_t>(TimeFor(session, options)), options.label});
+  bookmarks.push_back({static_cast<std::uint32_t>(TimeFor(session, options)), GbkLabel(options.label)});
 }
 
 void Remove(const Options& options, std::vector<Bookmark>& bookmarks) {
@@ -52,6 +58,8 @@ void Remove(const Options& options, std::vector<Bookmark>& bookmarks) {
 
 int RunBookmarks(const Options& options) {
   LessonSession session(options.home, options.files.front());
+  std::optional<LessonLock> lock;  // a list may be shown while another process works
+  if (options.bookmarksAction != BookmarksAction::List) lock.emplace(kEditLockFile, kChangingElsewhere);
   const std::vector<std::uint32_t> starts = session.LoadStudyFile();
   std::vector<Bookmark> bookmarks = Bookmarks(session);
   if (options.bookmarksAction == BookmarksAction::Add) Add(session, options, bookmarks);

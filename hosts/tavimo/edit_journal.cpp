@@ -1,7 +1,7 @@
 #include "edit_journal.h"
 
 #include <algorithm>
-#include <chrono>
+#include <charconv>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -25,9 +25,9 @@ constexpr const char* kUnfinishedBackup = "editing.new";
 constexpr const char* kOpenEdit = "editing";
 constexpr const char* kEndedEdit = "editing.old";  // put back already; only to be removed
 constexpr const char* kBackups = "backups";
-constexpr const char* kLockFile = "editing.lock";
 constexpr const char* kNote = "edit.txt";
 constexpr const char* kStamp = "after.txt";
+constexpr const char* kSavedRecording = "recording.wav";
 
 struct SavedFile {
   fs::path file;
@@ -35,7 +35,7 @@ struct SavedFile {
 };
 
 std::vector<SavedFile> SavedFiles(const LessonFiles& files) {
-  return {{files.recording, "recording.wav"},
+  return {{files.recording, kSavedRecording},
           {files.study, "study.zud"},
           {files.digest, "digest.tmp"},
           {kPeakMark, "peak.hash"}};
@@ -88,10 +88,10 @@ void MakeBackup(const LessonFiles& files, const std::vector<int>& sentences) try
   for (const SavedFile& saved : SavedFiles(files)) SaveFile(saved);
   WriteNote(kUnfinishedBackup, sentences);
   FlushToDisk(kUnfinishedBackup);
-} catch (const fs::filesystem_error& error) {
+} catch (const std::exception& problem) {
   std::error_code ignored;
   fs::remove_all(kUnfinishedBackup, ignored);
-  throw Refusal("its backup cannot be made in " + Readable(fs::current_path()) + " (" + error.code().message() +
+  throw Refusal("its backup cannot be made in " + Readable(fs::current_path()) + " (" + ReadableText(problem.what()) +
                 "); nothing was changed");
 }
 
@@ -105,13 +105,14 @@ bool IsSame(const fs::path& left, const fs::path& right) {
 void PutBack(const SavedFile& saved) {
   const fs::path backup = fs::path(kOpenEdit) / saved.backup;
   if (!fs::exists(backup)) {
+    if (saved.backup == kSavedRecording) throw Refusal("its backup is not whole");
     fs::remove(saved.file);
   } else if (!IsSame(backup, saved.file)) {
     PlaceCopy(backup, saved.file);  // a recording that was not reached yet need not be copied
   }
 }
 
-// Doing it again after a kill in its middle ends the same way. REQUIRES: the lock.
+// Doing it again after a kill in its middle ends the same way. The recording comes first. REQUIRES: the lock.
 void PutEverythingBack(const LessonFiles& files) {
   for (const SavedFile& saved : SavedFiles(files)) PutBack(saved);
   BringTakesBack(kOpenEdit, ReadNote(kOpenEdit));
@@ -127,14 +128,30 @@ void TryToPutEverythingBack(const LessonFiles& files) noexcept try {
   // The folder stays, and the next command tries again and tells why it cannot.
 }
 
+// The 3 of "3_2026-11-23_19-05-30"; 0 for a folder that is no backup.
+int NumberOf(const fs::path& backup) {
+  const std::string name = Utf8(backup.filename());
+  int number = 0;
+  const auto [stop, error] = std::from_chars(name.data(), name.data() + name.size(), number);
+  return error == std::errc() && stop != name.data() + name.size() && *stop == '_' ? number : 0;
+}
+
 std::vector<fs::path> Backups() {
   std::vector<fs::path> backups;
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(kBackups, error)) {
-    if (fs::exists(entry.path() / kNote)) backups.push_back(entry.path());
+    if (fs::exists(entry.path() / kSavedRecording) && NumberOf(entry.path()) > 0) backups.push_back(entry.path());
   }
-  std::sort(backups.begin(), backups.end(), IsOlderName);
+  std::sort(backups.begin(), backups.end(),
+            [](const fs::path& left, const fs::path& right) { return NumberOf(left) < NumberOf(right); });
   return backups;
+}
+
+// Numbers and not moments tell the order: clocks are set back.
+fs::path NextBackup() {
+  const std::vector<fs::path> backups = Backups();
+  const int number = backups.empty() ? 1 : NumberOf(backups.back()) + 1;
+  return fs::path(kBackups) / (std::to_string(number) + "_" + MomentName(fs::file_time_type::clock::now()));
 }
 
 bool IsReadOnly(const fs::path& recording) {
@@ -143,18 +160,16 @@ bool IsReadOnly(const fs::path& recording) {
 
 }  // namespace
 
-RecordingEdit::RecordingEdit(const LessonFiles& files, const std::vector<int>& deletedSentences)
-    : files_(files), lock_(kLockFile, kChangingElsewhere), tapeLock_(kTapeLockFile, kRecordingElsewhere) {
-  if (IsReadOnly(files.recording)) throw Refusal("it is marked read-only; nothing was changed");
+EditLock::EditLock() : changing_(kEditLockFile, kChangingElsewhere), recording_(kTapeLockFile, kRecordingElsewhere) {}
+
+RecordingEdit::RecordingEdit(const LessonFiles& files) : files_(files) {}
+
+void RecordingEdit::Begin(const std::vector<int>& deletedSentences) {
+  if (IsReadOnly(files_.recording)) throw Refusal("it is marked read-only; nothing was changed");
   MakeBackup(files_, deletedSentences);
   Rename(kUnfinishedBackup, kOpenEdit);
   isOpen_ = true;
-  try {
-    MoveTakesAway(kOpenEdit, deletedSentences);
-  } catch (...) {
-    TryToPutEverythingBack(files_);
-    throw;
-  }
+  MoveTakesAway(kOpenEdit, deletedSentences);
 }
 
 RecordingEdit::~RecordingEdit() {
@@ -171,7 +186,7 @@ fs::path RecordingEdit::Keep() {
     FlushToDisk(file);
     FlushToDisk(fs::absolute(file).parent_path());
   }
-  const fs::path backup = UnusedDatedName(kBackups, fs::file_time_type::clock::now(), "");
+  const fs::path backup = NextBackup();
   Rename(kOpenEdit, backup);
   isOpen_ = false;
   return backup;
@@ -182,7 +197,7 @@ bool TakeBackInterruptedEdit(const LessonFiles& files) {
   const bool isTidy =
       !fs::exists(kUnfinishedBackup, error) && !fs::exists(kOpenEdit, error) && !fs::exists(kEndedEdit, error);
   if (isTidy) return false;
-  const LessonLock lock(kLockFile, kChangingElsewhere);
+  const EditLock lock;
   fs::remove_all(kUnfinishedBackup, error);
   fs::remove_all(kEndedEdit, error);
   if (!fs::exists(kOpenEdit)) return false;
@@ -196,7 +211,7 @@ bool TakeBackInterruptedEdit(const LessonFiles& files) {
 }
 
 UndoneEdit UndoNewestEdit(const LessonFiles& files, LaterChanges laterChanges) {
-  const LessonLock lock(kLockFile, kChangingElsewhere);
+  const EditLock lock;
   const std::vector<fs::path> backups = Backups();
   if (backups.empty()) throw Refusal("nothing was deleted from it that could be undone");
   const fs::path& newest = backups.back();
@@ -205,8 +220,15 @@ UndoneEdit UndoNewestEdit(const LessonFiles& files, LaterChanges laterChanges) {
   if (laterChanges == LaterChanges::Refuse && stamp != StampOf(files)) {
     throw Refusal("it, its sentences or its bookmarks were changed after that; --force takes that back too");
   }
-  const UndoneEdit undone{MomentOf(newest), ReadNote(newest)};
+  const std::string name = Utf8(newest.filename());
+  const UndoneEdit undone{MomentOf(name.substr(name.find('_') + 1)), ReadNote(newest)};
   Rename(newest, kOpenEdit);
+  try {
+    PutBack(SavedFiles(files).front());
+  } catch (const std::exception&) {
+    Rename(kOpenEdit, newest);  // the recording comes first, so nothing has changed yet
+    throw;
+  }
   PutEverythingBack(files);
   return undone;
 }

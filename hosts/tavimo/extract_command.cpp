@@ -1,9 +1,13 @@
 // `tavimo extract` and `tavimo mono`: a part of a recording, or one channel of it, in a wave file of its own.
+#include <algorithm>
+#include <fstream>
 #include <iostream>
 #include <vector>
 
+#include "lesson_lock.h"
 #include "new_file.h"
 #include "options.h"
+#include "plain_wave.h"
 #include "refusal.h"
 #include "sentence_stretch.h"
 #include "tavimo.h"
@@ -21,7 +25,7 @@ constexpr std::size_t kCopyBytes = std::size_t{256} * 1024;
 // put in place is removed.
 class EngineOutput {
  public:
-  EngineOutput() { Remove(); }
+  EngineOutput() : lock_("tmpwav/output.lock", "another tavimo is copying from it right now") { Remove(); }
   EngineOutput(const EngineOutput&) = delete;
   EngineOutput& operator=(const EngineOutput&) = delete;
   ~EngineOutput() { Remove(); }
@@ -36,6 +40,8 @@ class EngineOutput {
     std::error_code ignored;
     fs::remove(kFile, ignored);
   }
+
+  LessonLock lock_;
 };
 
 Stretch StretchFor(LessonSession& session, const Options& options) {
@@ -47,11 +53,27 @@ Stretch StretchFor(LessonSession& session, const Options& options) {
                 FormatTime(stretch.startMs < durationMs ? stretch.endMs : stretch.startMs));
 }
 
-// The engine does not tell of a disk that was full; the copy then ends early.
-bool IsWhole(const fs::path& file, std::int64_t lengthMs) {
-  constexpr std::int64_t kSlackMs = 2;  // the engine counts in whole milliseconds and begins a little behind the header
-  const WaveHeader header = ReadWaveHeader(file);
-  return header.problem.empty() && !header.IsTruncated() && header.DurationMs() + kSlackMs >= lengthMs;
+// Whole frames, from the sound's own start: the engine's copy begins at a fixed place in the file and would take other
+// chunks for sound, or begin within a frame.
+void CopyStretch(const LessonSession& session, const Stretch& stretch, const fs::path& output) {
+  const WaveHeader& header = session.Header();
+  const std::uint64_t first = header.ByteAt(stretch.startMs);
+  const std::uint64_t byteCount = header.ByteAt(stretch.endMs) - first;
+  if (byteCount == 0) throw Refusal("there is no sound in that stretch");
+  std::ifstream recording(session.Recording(), std::ios::binary);
+  recording.seekg(static_cast<std::streamoff>(header.dataOffset + first));
+  NewFile copy(output);
+  const auto start = PlainHeader({header.sampleRate, header.channels, header.bitsPerSample}, byteCount);
+  copy.Write(start.data(), start.size());
+  std::vector<char> piece(kCopyBytes);
+  for (std::uint64_t left = byteCount; left > 0;) {
+    const auto wanted = static_cast<std::streamsize>(std::min<std::uint64_t>(left, piece.size()));
+    if (!recording.read(piece.data(), wanted)) throw Refusal("its sound cannot be read to the end");
+    copy.Write(piece.data(), static_cast<std::size_t>(wanted));
+    left -= static_cast<std::uint64_t>(wanted);
+  }
+  if (byteCount % 2 != 0) copy.Write("", 1);  // chunks begin at even places
+  copy.PutInPlace();
 }
 
 void Report(const fs::path& output) {
@@ -69,14 +91,7 @@ int RunExtract(const Options& options) {
   LessonSession session(options.home, options.files.front());
   CheckOutput(session.Recording(), options.output, options.force ? Existing::Replace : Existing::Keep);
   const Stretch stretch = StretchFor(session, options);
-  if (stretch.endMs <= stretch.startMs) throw Refusal("there is no sound in that stretch");
-  const EngineOutput output;
-  std::vector<char> buffer(kCopyBytes);
-  const std::int32_t result = vcExtractWaveSeg(
-      session.EngineName().c_str(), EngineOutput::EngineName(), static_cast<std::uint32_t>(stretch.startMs),
-      static_cast<std::uint32_t>(stretch.endMs - 1), buffer.data(), static_cast<std::int32_t>(buffer.size()));
-  if (result != 1 || !IsWhole(EngineOutput::kFile, stretch.endMs - stretch.startMs)) RefuseUnwritten();
-  EngineOutput::PutInPlace(options.output);
+  CopyStretch(session, stretch, options.output);
   Report(options.output);
   return kDone;
 }

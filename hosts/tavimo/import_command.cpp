@@ -38,6 +38,11 @@ int RunImport(const Options& options) {
   const Imported imported = Import({source, recording, existing, options.sampleRate, options.channels});
   const WaveHeader header = ReadWaveHeader(recording);
   std::cout << Readable(recording) << ": " << DescribeFormat(header) << ", " << FormatTime(imported.lengthMs) << '\n';
+  if (!imported.isWhole) {
+    std::cerr << "tavimo: " << Readable(source.filename())
+              << " is damaged or cut off: " << FormatTime(imported.lengthMs) << " of "
+              << FormatTime(imported.sourceLengthMs) << " could be decoded\n";
+  }
   return kDone;
 }
 

@@ -110,7 +110,10 @@ class Conversion {
       piece = std::move(next);
     }
     writer_.Finish();
-    return {static_cast<std::int64_t>(writer_.FrameCount()) * 1000 / rate_, source_.SampleRate(), source_.Channels()};
+    const std::int64_t slack = source_.SampleRate() / 5;  // how far the counts in MP3 files are off
+    return {static_cast<std::int64_t>(writer_.FrameCount()) * 1000 / rate_,
+            !source_.IsDamaged() && done + slack >= source_.FrameCount(),
+            source_.FrameCount() * 1000 / source_.SampleRate()};
   }
 
  private:

@@ -22,8 +22,8 @@ struct ImportRequest {
 
 struct Imported {
   std::int64_t lengthMs = 0;
-  int sourceRate = 0;
-  int sourceChannels = 0;
+  bool isWhole = true;  // false: the source is damaged or cut off, and what could be decoded is there
+  std::int64_t sourceLengthMs = 0;
 };
 
 // A Refusal, and nothing is left, when the source cannot be decoded, holds no sound or is too long; Cancelled after

@@ -1,8 +1,10 @@
 #include "lesson_session.h"
 
 #include <algorithm>
+#include <array>
 #include <iostream>
 
+#include "new_file.h"
 #include "refusal.h"
 #include "tavimo.h"
 #include "text.h"
@@ -19,6 +21,14 @@ constexpr std::size_t kLongestEngineFileName = 99;
 fs::path WithExtension(const fs::path& file, const char* extension) {
   const std::string name = Utf8(file.filename());
   return PathFromUtf8(name.substr(0, name.rfind('.')) + extension);
+}
+
+void WriteEmptyStudyFile(const fs::path& file) {
+  constexpr std::size_t kBookmarkTableBytes = 320;
+  const std::array<char, kBookmarkTableBytes> table{};
+  NewFile study(file);
+  study.Write(table.data(), table.size());
+  study.PutInPlace();
 }
 
 }  // namespace
@@ -62,6 +72,10 @@ void LessonSession::FinishInterruptedEdit() {
   if (!TakeBackInterruptedEdit(Files())) return;
   std::cerr << "tavimo: " << Readable(recording_.filename())
             << ": a change to it was interrupted; recording and sentences are as they were before it\n";
+  ReadHeaderAgain();
+}
+
+void LessonSession::ReadHeaderAgain() {
   header_ = ReadWaveHeader(recording_);
   if (!header_.problem.empty()) throw Refusal(header_.problem);
 }
@@ -85,8 +99,10 @@ bool LessonSession::CanBeSentences(const std::vector<std::uint32_t>& starts) con
 
 void LessonSession::StoreStudyFile(const std::vector<std::uint32_t>& starts) {
   vcWriteExtraFileData(engineName_.c_str(), starts.data(), static_cast<std::int32_t>(starts.size()));
-  const bool areKept = starts.size() >= 2;
-  if (LoadStudyFile() != (areKept ? starts : std::vector<std::uint32_t>{})) {
+  const std::vector<std::uint32_t> kept = starts.size() >= 2 ? starts : std::vector<std::uint32_t>{};
+  // Where nothing is to be kept the engine keeps no file, and would then read the one beside the recording again.
+  if (LoadStudyFile() != kept && kept.empty()) WriteEmptyStudyFile(StudyPath());
+  if (LoadStudyFile() != kept) {
     throw Refusal("its study file could not be written in " + Readable(folder_->Path() / "zud"));
   }
 }

@@ -30,6 +30,9 @@ class LessonSession {
   [[nodiscard]] const std::filesystem::path& DigestPath() const { return digestPath_; }
   [[nodiscard]] const std::string& DigestEngineName() const { return digestEngineName_; }
 
+  // For who has just kept others from changing the recording. A Refusal when it cannot be worked with any more.
+  void ReadHeaderAgain();
+
   // The study file where the engine writes it. One beside the recording may be what it reads.
   [[nodiscard]] std::filesystem::path StudyPath() const;
   [[nodiscard]] std::string StudyEngineName() const;

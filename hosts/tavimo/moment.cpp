@@ -15,7 +15,9 @@ namespace {
 
 constexpr std::size_t kMomentLength = 19;  // 2026-11-23_19-05-30
 
-std::string NameOf(fs::file_time_type time) {
+}  // namespace
+
+std::string MomentName(fs::file_time_type time) {
   const auto moment = std::chrono::file_clock::to_sys(time);
   const std::time_t seconds = std::chrono::system_clock::to_time_t(std::chrono::floor<std::chrono::seconds>(moment));
   std::array<char, 40> text{};
@@ -24,10 +26,8 @@ std::string NameOf(fs::file_time_type time) {
   return text.data();
 }
 
-}  // namespace
-
 fs::path UnusedDatedName(const fs::path& folder, fs::file_time_type time, const char* extension) {
-  const std::string name = NameOf(time);
+  const std::string name = MomentName(time);
   fs::path path = folder / (name + extension);
   for (int number = 2; fs::exists(fs::symlink_status(path)); ++number) {
     path = folder / (name + "-" + std::to_string(number) + extension);

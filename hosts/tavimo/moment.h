@@ -6,6 +6,9 @@
 
 namespace tavimo::host {
 
+// The name of a moment, in the person's own time.
+[[nodiscard]] std::string MomentName(std::filesystem::file_time_type time);
+
 // A path in the folder that nothing has yet. The extension starts with a point, or is empty.
 [[nodiscard]] std::filesystem::path UnusedDatedName(const std::filesystem::path& folder,
                                                     std::filesystem::file_time_type time, const char* extension);

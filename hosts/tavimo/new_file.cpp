@@ -1,7 +1,6 @@
 #include "new_file.h"
 
 #include "refusal.h"
-#include "system.h"
 #include "text.h"
 
 namespace tavimo::host {
@@ -10,17 +9,26 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The name under which a file is written until it is whole. A link's target is replaced, not the link.
+// The name under which a file is written until it is whole.
+fs::path Beside(const fs::path& path) {
+  const std::string name = Shortened(Utf8(path.filename()), 200);
+  return path.parent_path() / PathFromUtf8("." + name + ".tavimo-new");
+}
+
+// A device or a folder is no file that another one could take the place of.
+void RefuseUnlessPlain(const fs::path& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (fs::exists(status) && !fs::is_regular_file(status)) throw Refusal(Readable(path) + " is not a plain file");
+}
+
+// A link's target is replaced, not the link.
 fs::path ResolvedPath(const fs::path& path) {
   std::error_code error;
   const bool isLink = fs::is_symlink(fs::symlink_status(path, error));
   const fs::path target = isLink ? fs::weakly_canonical(path, error) : path;
+  RefuseUnlessPlain(target);
   return error ? path : target;
-}
-
-fs::path Beside(const fs::path& path) {
-  const std::string name = Shortened(Utf8(path.filename()), 200);
-  return path.parent_path() / PathFromUtf8("." + name + ".tavimo-new");
 }
 
 [[noreturn]] void Refuse(const fs::path& path, const std::error_code& error) {
@@ -29,9 +37,12 @@ fs::path Beside(const fs::path& path) {
 
 }  // namespace
 
-NewFile::NewFile(const fs::path& path) : path_(ResolvedPath(path)), unfinished_(Beside(path_)) {
-  stream_.open(unfinished_, std::ios::binary | std::ios::trunc);
-  if (!stream_ || fs::is_directory(path_)) {
+NewFile::NewFile(const fs::path& path) : path_(ResolvedPath(path)), unfinished_(Beside(path_)), lock_(unfinished_) {
+  if (lock_.IsHeldElsewhere()) throw Refusal("another tavimo is writing " + Readable(path) + " right now");
+  if (lock_.IsHeld()) stream_.open(unfinished_, std::ios::binary | std::ios::trunc);
+  if (!stream_.is_open()) {
+    std::error_code ignored;
+    if (lock_.IsHeld()) fs::remove(unfinished_, ignored);
     throw Refusal(Readable(path) + " cannot be written; is there a folder to write it in?");
   }
 }
@@ -39,7 +50,7 @@ NewFile::NewFile(const fs::path& path) : path_(ResolvedPath(path)), unfinished_(
 NewFile::~NewFile() {
   std::error_code ignored;
   stream_.close();
-  fs::remove(unfinished_, ignored);
+  if (!isPlaced_) fs::remove(unfinished_, ignored);
 }
 
 void NewFile::Write(const void* bytes, std::size_t byteCount) {
@@ -61,6 +72,7 @@ void NewFile::PutInPlace() {
   if (time_ != fs::file_time_type::min()) fs::last_write_time(unfinished_, time_, error);
   if (!error) fs::rename(unfinished_, path_, error);
   if (error) Refuse(path_, error);
+  isPlaced_ = true;
 }
 
 void PlaceCopy(const fs::path& finished, const fs::path& path) {

@@ -6,11 +6,13 @@
 #include <filesystem>
 #include <fstream>
 
+#include "system.h"
+
 namespace tavimo::host {
 
 class NewFile {
  public:
-  // Begins the file. A Refusal when its folder cannot be written in.
+  // Begins the file. A Refusal when its folder cannot be written in, or another process is writing the same file.
   explicit NewFile(const std::filesystem::path& path);
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
@@ -18,9 +20,6 @@ class NewFile {
 
   void Write(const void* bytes, std::size_t byteCount);
   void WriteAt(std::uint64_t offset, const void* bytes, std::size_t byteCount);
-
-  // For the engine, which writes files by name: it lies beside the final one.
-  [[nodiscard]] const std::filesystem::path& Unfinished() const { return unfinished_; }
 
   // Whether everything written so far has reached the system.
   [[nodiscard]] bool IsWhole();
@@ -33,7 +32,9 @@ class NewFile {
  private:
   std::filesystem::path path_;
   std::filesystem::path unfinished_;
+  FileLock lock_;
   std::ofstream stream_;
+  bool isPlaced_ = false;
   std::filesystem::file_time_type time_ = std::filesystem::file_time_type::min();
 };
 

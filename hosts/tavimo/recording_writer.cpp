@@ -1,9 +1,7 @@
 #include "recording_writer.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstring>
 
 #include "refusal.h"
 
@@ -11,38 +9,18 @@ namespace tavimo::host {
 
 namespace {
 
-constexpr std::size_t kHeaderBytes = 44;
 constexpr int kBytesPerSample = 2;
-
-using Header = std::array<std::uint8_t, kHeaderBytes>;
-
-void Put(Header& header, std::size_t offset, std::uint32_t value, std::size_t byteCount) {
-  for (std::size_t i = 0; i < byteCount; ++i) header[offset + i] = static_cast<std::uint8_t>(value >> (8 * i) & 0xFF);
-}
-
-Header HeaderFor(int sampleRate, int channels, std::uint64_t dataLength) {
-  Header header{};
-  const auto frameBytes = static_cast<std::uint32_t>(channels * kBytesPerSample);
-  std::memcpy(header.data(), "RIFF....WAVEfmt ", 16);
-  std::memcpy(header.data() + 36, "data", 4);
-  Put(header, 4, static_cast<std::uint32_t>(dataLength + kHeaderBytes - 8), 4);
-  Put(header, 16, 16, 4);
-  Put(header, 20, 1, 2);
-  Put(header, 22, static_cast<std::uint32_t>(channels), 2);
-  Put(header, 24, static_cast<std::uint32_t>(sampleRate), 4);
-  Put(header, 28, static_cast<std::uint32_t>(sampleRate) * frameBytes, 4);
-  Put(header, 32, frameBytes, 2);
-  Put(header, 34, 8 * kBytesPerSample, 2);
-  Put(header, 40, static_cast<std::uint32_t>(dataLength), 4);
-  return header;
-}
 
 }  // namespace
 
 RecordingWriter::RecordingWriter(const std::filesystem::path& path, int sampleRate, int channels, Rounding rounding)
     : file_(path), sampleRate_(sampleRate), channels_(channels), rounding_(rounding) {
-  const Header header = HeaderFor(sampleRate, channels, 0);
+  const auto header = PlainHeader(Wave(), 0);
   file_.Write(header.data(), header.size());
+}
+
+PlainWave RecordingWriter::Wave() const {
+  return {static_cast<std::uint32_t>(sampleRate_), static_cast<std::uint16_t>(channels_), 8 * kBytesPerSample};
 }
 
 // Two steps of a linear congruential generator (Numerical Recipes' constants), their difference triangular between -1
@@ -66,7 +44,7 @@ void RecordingWriter::Write(std::span<const float> samples) {
     bytes_[2 * i + 1] = static_cast<std::uint8_t>(value >> 8 & 0xFF);
   }
   byteCount_ += bytes_.size();
-  if (byteCount_ > kLongestRecordingBytes - kHeaderBytes) {
+  if (byteCount_ > kLongestRecordingBytes - kPlainHeaderBytes) {
     throw Refusal(
         "as a recording it would be 2 GiB or longer, too much for the engine; a lower --rate or --channels 1 helps");
   }
@@ -75,7 +53,7 @@ void RecordingWriter::Write(std::span<const float> samples) {
 
 void RecordingWriter::Finish() {
   if (byteCount_ == 0) throw Refusal("it holds no sound");
-  const Header header = HeaderFor(sampleRate_, channels_, byteCount_);
+  const auto header = PlainHeader(Wave(), byteCount_);
   file_.WriteAt(0, header.data(), header.size());
   file_.PutInPlace();
 }

@@ -1,9 +1,5 @@
 // Writes a recording: a wave file of 16-bit PCM with the plain header of 44 bytes (Microsoft's RIFF/WAVE), from numbers
 // between -1 and 1.
-//
-//   0  "RIFF"  4  file length - 8   8  "WAVE"
-//  12  "fmt " 16  16               20  tag 1    22  channels   24  rate   28  bytes a second   32  bytes a frame   34  16
-//  36  "data" 40  data length
 #pragma once
 
 #include <cstdint>
@@ -12,6 +8,7 @@
 #include <vector>
 
 #include "new_file.h"
+#include "plain_wave.h"
 
 namespace tavimo::host {
 
@@ -36,6 +33,7 @@ class RecordingWriter {
   void Finish();
 
  private:
+  [[nodiscard]] PlainWave Wave() const;
   [[nodiscard]] float Noise();
 
   NewFile file_;

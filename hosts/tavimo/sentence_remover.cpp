@@ -59,7 +59,7 @@ std::vector<Bookmark> MovedBookmarks(const std::vector<Bookmark>& bookmarks, con
   std::vector<Bookmark> moved;
   for (const Bookmark& bookmark : bookmarks) {
     const auto timeMs = MovedTime(bookmark.timeMs, starts, newStarts);
-    if (timeMs && *timeMs > 0) moved.push_back({*timeMs, bookmark.label});
+    if (timeMs && *timeMs > 0) moved.push_back({*timeMs, bookmark.gbkLabel});
   }
   return moved;
 }
@@ -85,18 +85,29 @@ std::vector<std::uint32_t> DeleteFromRecording(const LessonSession& session, con
   return newStarts;
 }
 
+// A recording that the engine reaches by a second name of its own would stay as it is under its first one.
+void CheckItBecameShorter(LessonSession& session) {
+  const std::uint64_t before = session.Header().dataLength;
+  session.ReadHeaderAgain();
+  if (session.Header().dataLength < before) return;
+  throw Refusal("the engine could not change it under its own name; nothing was changed");
+}
+
 }  // namespace
 
 Deletion DeleteSentences(LessonSession& session, std::vector<int> sentences) {
   std::sort(sentences.begin(), sentences.end());
   sentences.erase(std::unique(sentences.begin(), sentences.end()), sentences.end());
+  RecordingEdit edit(session.Files());
+  session.ReadHeaderAgain();  // somebody may have changed the recording before the lock was ours
   for (const int sentence : sentences) (void)StretchOf(session, sentence);  // refuses what is no sentence
   const std::vector<std::uint32_t> starts = session.LoadStudyFile();
   if (sentences.size() == starts.size()) throw Refusal("nothing of it would be left; delete the file instead");
   const std::vector<Bookmark> bookmarks = Bookmarks(session);
 
-  RecordingEdit edit(session.Files(), sentences);
+  edit.Begin(sentences);
   const std::vector<std::uint32_t> newStarts = DeleteFromRecording(session, sentences, starts);
+  CheckItBecameShorter(session);
   std::vector<std::uint32_t> keptStarts = newStarts;
   std::erase(keptStarts, kDeletedStart);
   const std::vector<Bookmark> kept = MovedBookmarks(bookmarks, starts, newStarts);

@@ -10,6 +10,7 @@ namespace tavimo::host {
 #define TAVIMO_DECODER_FUNCTIONS(FUNCTION) \
   FUNCTION(sf_open)                        \
   FUNCTION(sf_close)                       \
+  FUNCTION(sf_error)                       \
   FUNCTION(sf_readf_float)
 
 #define TAVIMO_RESAMPLER_FUNCTIONS(FUNCTION) \

@@ -34,6 +34,8 @@ bool SoundSource::IsSixteenBits() const {
   return kind == SF_FORMAT_PCM_16 || kind == SF_FORMAT_PCM_S8 || kind == SF_FORMAT_PCM_U8;
 }
 
+bool SoundSource::IsDamaged() const { return LoadedDecoder().sf_error(file_.get()) != 0; }
+
 std::int64_t SoundSource::Read(std::span<float> samples) {
   const auto room = static_cast<sf_count_t>(samples.size() / static_cast<std::size_t>(info_.channels));
   const QuietErrors quiet;

@@ -23,6 +23,9 @@ class SoundSource {
   // Whether every sample is a 16-bit number exactly, so that nothing is rounded.
   [[nodiscard]] bool IsSixteenBits() const;
 
+  // Whether the sound ended in a fault instead of at its end.
+  [[nodiscard]] bool IsDamaged() const;
+
   // Frames read into a room of whole frames; 0 at the end.
   [[nodiscard]] std::int64_t Read(std::span<float> samples);
 

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <iconv.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -20,6 +21,13 @@ namespace {
 volatile std::sig_atomic_t interruptSignal = 0;
 
 void NoteInterrupt(int signal) { interruptSignal = signal; }
+
+bool IsNameOf(const std::filesystem::path& path, int file) {
+  struct stat named {};
+  struct stat opened {};
+  return stat(path.c_str(), &named) == 0 && fstat(file, &opened) == 0 && named.st_ino == opened.st_ino &&
+         named.st_dev == opened.st_dev;
+}
 
 }  // namespace
 
@@ -67,8 +75,11 @@ QuietErrors::~QuietErrors() {
 
 FileLock::FileLock(const std::filesystem::path& file)
     : file_(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644)) {  // NOLINT(cppcoreguidelines-pro-type-vararg)
-  if (file_ < 0 || flock(static_cast<int>(file_), LOCK_EX | LOCK_NB) == 0) return;
-  isHeldElsewhere_ = errno == EWOULDBLOCK;
+  if (file_ < 0) return;
+  const bool isLocked = flock(static_cast<int>(file_), LOCK_EX | LOCK_NB) == 0;
+  // Whoever held it may have given the file another name meanwhile.
+  if (isLocked && IsNameOf(file, static_cast<int>(file_))) return;
+  isHeldElsewhere_ = isLocked || errno == EWOULDBLOCK;
   close(static_cast<int>(file_));
   file_ = -1;
 }

@@ -49,9 +49,10 @@ void GiveSecondName(const fs::path& file, const fs::path& name) {
   if (error) fs::copy_file(file, name);
 }
 
-void BringBackNewer(const SentenceFolder& newer, const fs::path& older) {
+// What is not there yet; what has the same name is the same take.
+void BringBackNewer(const fs::path& newer, const fs::path& older) {
   fs::create_directories(older);
-  for (const auto& entry : fs::directory_iterator(newer.folder)) {
+  for (const auto& entry : fs::directory_iterator(newer)) {
     const fs::path file = older / entry.path().filename();
     if (!fs::exists(file)) fs::rename(entry.path(), file);
   }
@@ -68,7 +69,7 @@ void MoveTakesAway(const fs::path& backup, const std::vector<int>& deletedSenten
     const fs::path folder = TakeFolder(*number);
     fs::create_directories(folder);
     for (const auto& entry : fs::directory_iterator(kept.folder)) {
-      GiveSecondName(entry.path(), folder / entry.path().filename());
+      if (entry.is_regular_file()) GiveSecondName(entry.path(), folder / entry.path().filename());
     }
   }
 }
@@ -78,8 +79,10 @@ void BringTakesBack(const fs::path& backup, const std::vector<int>& deletedSente
   if (!fs::exists(older)) return;
   for (const SentenceFolder& newer : FoldersIn(kTakeShelf)) {
     const int number = NumberBefore(newer.sentence, deletedSentences);
-    BringBackNewer(newer, older / TakeFolder(number).filename());
+    BringBackNewer(newer.folder, older / TakeFolder(number).filename());
+    fs::remove_all(newer.folder);
   }
+  if (fs::exists(kTakeShelf)) BringBackNewer(kTakeShelf, older);  // what the person put there
   fs::remove_all(kTakeShelf);
   fs::rename(older, kTakeShelf);
 }

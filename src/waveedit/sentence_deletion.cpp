@@ -101,7 +101,8 @@ bool DeleteSentences(const char* recordingPath, const SentenceSelection& selecti
     return false;
   }
   output.format = recording.format;
-  if (WaveDataCreate(output) < 0) {
+  // Sound of 2 GiB and more cannot be counted here, and what is not counted would not be kept.
+  if (recording.dataLength < 0 || WaveDataCreate(output) < 0) {
     WaveDataClose(recording);
     return false;
   }

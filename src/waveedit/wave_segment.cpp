@@ -35,7 +35,9 @@ std::int32_t CopyWaveSegment(const char* sourcePath, const char* destinationPath
     return -1;
   }
   WaveDataSeekTime(source, static_cast<std::int32_t>(startMs));
-  const std::int32_t length = TimeToSegmentOffset(source.format, static_cast<std::int32_t>(endMs - startMs + 1));
+  // A start that has no place in the file lies past its end; nothing is copied from there.
+  const std::int32_t length =
+      source.failed ? 0 : TimeToSegmentOffset(source.format, static_cast<std::int32_t>(endMs - startMs + 1));
   if (buffer != nullptr) CopySound(source, destination, length, buffer, bufferBytes);
   WaveDataClose(source);
   WaveDataClose(destination);

@@ -70,6 +70,7 @@ std::int32_t VC_CALL vcDeleteSentenceInFile(const char* recording_path, const ch
                                             const std::uint32_t* flags, std::uint32_t* starts_ms,
                                             VcWindow progress_bar) noexcept {
   if (count < 1 || flags == nullptr || starts_ms == nullptr) return -1;
+  if (platform::IsSameFile(recording_path, study_path)) return -1;
   const auto size = static_cast<std::size_t>(count);
   const waveedit::SentenceSelection selection{{starts_ms, size}, {flags, size}};
   BarObserver observer(progress_bar);

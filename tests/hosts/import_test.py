@@ -109,6 +109,14 @@ class Import(ProgramTest):
         values = [round(value * 32767) for value in self.imported("loud.wav", name="loud-16bit.wav")]
         self.assertEqual((max(values), min(values)), (32767, -32768))
 
+    def test_damaged_sound_is_imported_as_far_as_it_goes_with_a_word(self):
+        self.sox("plain.wav", "whole.flac", "repeat", "9")
+        whole = (self.root / "whole.flac").read_bytes()
+        self.write("cut.flac", whole[: len(whole) // 2])
+        result = self.run_program("import", "cut.flac")
+        self.assertEqual(result.returncode, 0)
+        self.assertRegex(result.stderr, r"cut off: 0:0\d\.\d+ of 0:10.000")
+
     def test_what_cannot_be_imported_is_refused_and_nothing_is_left(self):
         self.write("text.mp3", b"Good morning, everyone. " * 40)
         self.write("empty.ogg", b"")

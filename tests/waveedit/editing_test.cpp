@@ -189,6 +189,21 @@ TEST_F(Editing, RefusesTablesThatMakeNoSense) {
   EXPECT_FALSE(Exists("zud/a.zud"));
 }
 
+TEST_F(Editing, RefusesWhatWouldLoseTheRecording) {
+  Bytes file = WaveFile({}, Numbered(40000));
+  Values starts = {0, 100, 200};
+  for (const std::uint8_t highByte : {0x80, 0xFF}) {  // 2 GiB and more, as streams and long recordings have it
+    file[43] = highByte;
+    WriteBytes("a.wav", file);
+    EXPECT_EQ(Delete(starts, {0, 1, 0}), -1);
+    EXPECT_EQ(ReadBytes("a.wav"), file);
+  }
+  WriteBytes("a.wav", WaveFile({}, Numbered(40000)));
+  const Values flags = {0, 1, 0};
+  EXPECT_EQ(vcDeleteSentenceInFile("a.wav", ".\\A.wav", 3, flags.data(), starts.data(), nullptr), -1);
+  EXPECT_EQ(ReadBytes("a.wav"), WaveFile({}, Numbered(40000)));
+}
+
 TEST_F(Editing, LeavesTheRecordingOldOrNewWhateverFails) {
   const WaveSpec spec{1, 1, 1000, 8};
   const Bytes sound = Numbered(5000);

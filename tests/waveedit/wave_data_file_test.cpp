@@ -192,6 +192,8 @@ TEST_F(WaveData, RefusesToCopyASegmentOverItsOwnSource) {
   EXPECT_EQ(CopyWaveSegment("none.wav", "b.wav", 0, 10, buffer.data(), 1000), -1);
   EXPECT_FALSE(Exists("b.wav")) << "a source that cannot be opened creates nothing";
   EXPECT_EQ(CopyWaveSegment("a.wav", "none\\b.wav", 0, 10, buffer.data(), 1000), -1);
+  EXPECT_EQ(CopyWaveSegment("a.wav", "b.wav", 0x80000000, 0x80000100, buffer.data(), 1000), 1);
+  EXPECT_EQ(ReadBytes("b.wav"), WaveFile({}, {})) << "a start without a place lies past the end";
 }
 
 }  // namespace
