@@ -41,16 +41,18 @@ std::optional<Selection> WordAt(const PageText& text, const PageLayout& layout, 
 bool ToggleMark(std::int32_t word, PageLayout& layout, PageHighlights& highlights, HighlightFile& file) noexcept {
   std::uint8_t& state = layout.words[static_cast<std::size_t>(word)].state;
   const std::uint8_t stateBefore = state;
-  const PageHighlights highlightsBefore = highlights;
   state = state == 0 ? 1 : 0;
+  PageHighlights changed = highlights;
   const LaidLine& last = layout.lines[static_cast<std::size_t>(layout.lineCount - 1)];
   for (std::int32_t i = 0; i < last.firstWord + last.wordCount; ++i) {
-    highlights.SetState(i, layout.words[static_cast<std::size_t>(i)].state);
+    changed.SetState(i, layout.words[static_cast<std::size_t>(i)].state);
   }
-  if (file.Save(highlights)) return true;
-  state = stateBefore;
-  highlights = highlightsBefore;
-  return false;
+  if (!file.Save(changed)) {
+    state = stateBefore;
+    return false;
+  }
+  highlights = changed;
+  return true;
 }
 
 std::string_view WordText(const PageText& text, const PageLayout& layout, const Selection& selection) noexcept {

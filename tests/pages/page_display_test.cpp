@@ -54,7 +54,7 @@ TEST_F(PageDisplay, AHighlightFileHasTwoBitsForEachWordOfTheScript) {
       {"a.txt", "1 2 3 4 5 6 7 8 9 ten", 3},
       {"a.txt", "1 2 3.", 2},
       {"a.txt", "", 1},
-      {"a.txt", std::string(70000, 'a') + " b. ", 1},
+      {"a.txt", std::string(140000, 'a') + " b. ", 1},
 #ifndef TAVIMO_SCRAMBLE_KEY
       {"a.NOR", "\x3A\xB1\x2D\x07\xBB\x83\x0A\x3F\xB5", 2},  // "a a a a a"
 #endif

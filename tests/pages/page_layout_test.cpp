@@ -43,6 +43,9 @@ TEST_F(PageLayouts, APageFileHasTheBoundsOfEachPage) {
   EXPECT_EQ(Paginate("a\rb\rc\r"), (Entries{{0, 0}, {4, 2}, {6, 3}})) << "pagination takes a CR alone";
   EXPECT_EQ(Show("a\r\n"), 2);
   EXPECT_EQ(Lines(), (std::vector<std::string>{"a", ""}));
+  ASSERT_EQ(Show("\"a"), 1);
+  vcSetPageSettings(pane.dc, 3, 42, 0, 0, 0);
+  EXPECT_EQ(vcCountPage(pane.dc), 0) << "the quote has no byte to take along";
 }
 
 TEST_F(PageLayouts, AScrambledScriptHasThePagesOfItsText) {

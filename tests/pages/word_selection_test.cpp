@@ -119,6 +119,7 @@ TEST_F(WordSelection, AMarkThatCannotBeKeptIsNotMade) {
     EXPECT_EQ(ClickBehind(""), "");
   }
   EXPECT_EQ(pages::State().pageLayout.words[0].state, 0);
+  vcCountPage(pane.dc);
   EXPECT_EQ(ClickBehind(""), "one=1");
   vcCloseScript();
   EXPECT_EQ(ClickBehind(""), "");
