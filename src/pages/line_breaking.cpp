@@ -4,7 +4,6 @@
 #include <cstring>
 #include <string_view>
 
-#include "pages/byte_kinds.h"
 #include "platform/gbk_literal.h"
 
 namespace tavimo::pages {
@@ -106,8 +105,6 @@ LineBreak LineBreaker::BreakForLayout(std::uint8_t* line) const noexcept {
   if (isMarked) PutMarker(line, kMarkerByte);
   return found;
 }
-
-bool StartsWithMarker(const std::uint8_t* line) noexcept { return line[0] == kMarkerByte && line[1] == kMarkerByte; }
 
 bool MeasurePageBytes(VcDc dc, platform::ByteAdvances& advances) noexcept {
   constexpr std::size_t kFirstDoubleByte = 0x80;

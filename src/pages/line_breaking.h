@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 
+#include "pages/byte_kinds.h"
 #include "platform/drawing.h"
 
 namespace tavimo::pages {
@@ -32,7 +33,9 @@ class LineBreaker {
   std::array<std::int64_t, 256> advances_;  // so large at CR and zero that the line ends there
 };
 
-[[nodiscard]] bool StartsWithMarker(const std::uint8_t* line) noexcept;
+[[nodiscard]] constexpr bool StartsWithMarker(const std::uint8_t* line) noexcept {
+  return line[0] == kMarkerByte && line[1] == kMarkerByte;
+}
 
 // The advance of each byte in a page's text: that of its own in ASCII, half of a Chinese character above. False without
 // a context or a font.

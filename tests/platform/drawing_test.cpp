@@ -199,7 +199,11 @@ TEST(DrawingTest, RefusesEveryHandleThatIsNoContext) {
     tvSelectPen(dc, kRed);
     tvSetTextColour(dc, kRed);
     tvFill(dc, 0, 0, 4, 4, kRed);
-    std::int32_t widths[256];
+    std::int32_t widths[256] = {};
+    platform::ByteAdvances advances;
+    const platform::RedText redText(dc);
+    platform::PaintText(dc, 0, 0, "a", widths);
+    EXPECT_FALSE(platform::MeasureBytes(dc, advances));
     EXPECT_EQ(tvPixel(dc, 0, 0), 0xFFFFFFFFu);
     EXPECT_EQ(tvSelectFont(dc, "sans-serif", 16), -1);
     EXPECT_EQ(tvCharWidths(dc, widths), -1);
@@ -274,6 +278,27 @@ TEST_F(TextMeasureTest, RefusesFontsThatAreNotThereOrHaveNoChinese) {
   EXPECT_EQ(tvSelectFont(dc, "WenQuanYi Zen Hei", 32), 0);
   EXPECT_EQ(Extent("\xB8\xDF").substr(0, 3), "32x");
   EXPECT_EQ(tvSelectFont(dc, "WenQuanYi Zen Hei", 1000), 0);
+}
+
+TEST_F(TextMeasureTest, PaintsTheSamePixelsWhereverTheyAreSeen) {
+  constexpr int kMargin = 40;
+  const Dc small(30, 30);
+  const Dc large(kMargin + 30, kMargin + 30);
+  for (const Dc* picture : {&small, &large}) ASSERT_EQ(tvSelectFont(*picture, "WenQuanYi Zen Hei", 16), 0);
+  const std::int32_t kAdvances[] = {9, 8, 8, 20, 9};
+  for (const auto& [x, y] : {std::pair{-3, -4}, {-12, 20}, {15, 25}, {2, 3}}) {
+    platform::PaintText(small, x, y, "W\xB8\xDFgW", kAdvances);
+    platform::PaintText(large, x + kMargin, y + kMargin, "W\xB8\xDFgW", kAdvances);
+    EXPECT_EQ(RowsOf(small), RowsOf(large, kMargin, kMargin)) << x << ',' << y;
+  }
+  const Rows before = RowsOf(small);
+  const std::int32_t kFarAdvances[] = {kFarRight, kFarRight, kFarLeft};
+  for (const auto& [x, y] : {std::pair{kFarLeft, kFarLeft}, {kFarRight, 0}, {0, kFarRight}}) {
+    platform::PaintText(small, x, y, "WWW", kFarAdvances);
+  }
+  platform::PaintText(small, 0, 0, "\t\n\x7F ", kAdvances);  // a font may have boxes for these
+  platform::PaintText(small, 0, 0, "WWW", {});
+  EXPECT_EQ(RowsOf(small), before);
 }
 
 TEST_F(TextMeasureTest, RefusesMissingTextAndMissingFonts) {
