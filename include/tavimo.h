@@ -768,13 +768,13 @@ VC_API int32_t VC_CALL vcExtractWaveSeg(const char* source_path, const char* des
  *
  *  A message tells the file, the line and what ought to stand there. A text that cannot be written is told by "write
  *  error", once, and compiling goes on.
- *  @param study_path the study file of the recording: as many records as it has sentences are compiled, further ones are
- *                    not looked at. At most 259 bytes, as is script_path.
+ *  @param study_path the study file of the recording: as many records as it has sentences are compiled, further ones
+ *                    are not looked at. At most 259 bytes, as is script_path.
  *  @param script_path the script; its file name names the outputs.
  *  @return 0.
- *  @failure -1. Without a message, and with the outputs of before as they were: an input that cannot be opened, a study
- *           file of less than 320 bytes, a path that is too long. After a message: an output that cannot be created or is
- *           itself an input; a fault of the script, and the outputs hold what was compiled before it.
+ *  @failure -1. Without a message, and with the outputs of before as they were: an input that cannot be opened, a
+ *           study file of less than 320 bytes, a path that is too long. After a message: an output that cannot be
+ *           created or is itself an input; a fault of the script, and the outputs hold what was compiled before it.
  *  @requires the folder temp. */
 VC_API int32_t VC_CALL vcConvertScrToTstWz(const char* study_path, const char* script_path) VC_NOEXCEPT;
 
@@ -805,10 +805,10 @@ VC_API int32_t VC_CALL vcConvertScrToTstWz(const char* study_path, const char* s
 VC_API int32_t VC_CALL vcConvertScr(const char* path, char* wz_path, int32_t* answers) VC_NOEXCEPT;
 
 /** @brief Opens the question index of a bank; one that is open is closed first.
- *  @param path the index or its wz file, 3 to 259 bytes: the ending of two or three bytes becomes "tst" (x.wz and x.tst both
- *              lead to x.tst).
- *  @param answers receives for each record its answer, -1 for a passage or long dialogue; one value for each 52 bytes of
- *                 the index.
+ *  @param path the index or its wz file, 3 to 259 bytes: the ending of two or three bytes becomes "tst" (x.wz and
+ *              x.tst both lead to x.tst).
+ *  @param answers receives for each record its answer, -1 for a passage or long dialogue; one value for each 52 bytes
+ *                 of the index.
  *  @return the number of whole records; with 0 the index is open as well.
  *  @failure -1: it cannot be opened; answers is then not written.
  *  @requires nothing. */
@@ -823,7 +823,8 @@ VC_API void VC_CALL vcCloseQuestionIdx(void) VC_NOEXCEPT;
  *  @param index the item, from 0.
  *  @param answer receives the item's answer; 0 for a compiled passage.
  *  @return the item's type.
- *  @failure an index outside the file, or no index open: the item in hand stays, and its type and answer are given again.
+ *  @failure an index outside the file, or no index open: the item in hand stays, and its type and answer are given
+ *           again.
  *  @requires vcOpenQuestionIdx. */
 VC_API int32_t VC_CALL vcReadCurQuestion(int32_t index, int32_t* answer) VC_NOEXCEPT;
 
@@ -857,8 +858,8 @@ VC_API int32_t VC_CALL vcGetArticleTxt(char* buffer, int32_t index) VC_NOEXCEPT;
 VC_API void VC_CALL vcFillSentenceList(VcWindow list_box) VC_NOEXCEPT;
 
 /** @brief Opens the wz file of a bank; one that is open is closed first.
- *  @param path the wz file or its index, 3 to 259 bytes: the ending of two or three bytes becomes "wz", in place, also when
- *              the file cannot be opened (x.tst becomes x.wz).
+ *  @param path the wz file or its index, 3 to 259 bytes: the ending of two or three bytes becomes "wz", in place, also
+ *              when the file cannot be opened (x.tst becomes x.wz).
  *  @return 0.
  *  @failure -1: it cannot be opened. A shorter or longer path is left as it is.
  *  @requires nothing. */
@@ -869,10 +870,11 @@ VC_API int32_t VC_CALL vcOpenWzFile(char* path) VC_NOEXCEPT;
  *  @requires nothing. */
 VC_API void VC_CALL vcCloseWzFile(void) VC_NOEXCEPT;
 
-/** @brief Finds the picture of a lesson: the file of its name with ".jpg", ".bmp", ".gif" or ".dib", the first that exists.
+/** @brief Finds the picture of a lesson: the file of its name with ".jpg", ".bmp", ".gif" or ".dib", the first that
+ *         exists.
  *  @param path any file of the lesson; at most 255 bytes.
- *  @param found_path receives the picture's path, and without a picture the path with ".dib"; room for the path and 5 bytes.
- *                    It may be path itself.
+ *  @param found_path receives the picture's path, and without a picture the path with ".dib"; room for the path and 5
+ *                    bytes. It may be path itself.
  *  @return 1 when there is a picture, else 0.
  *  @failure 0; for an empty or longer path found_path is then empty.
  *  @requires nothing. */
@@ -880,8 +882,8 @@ VC_API int32_t VC_CALL vcIfTxtGraphExist(const char* path, char* found_path) VC_
 
 /** @brief Finds the text file of a lesson: the file of its name with ".wz", ".txt" or ".rtf", the first that exists.
  *  @param path any file of the lesson, or its name without an extension; at most 255 bytes.
- *  @param found_path receives the file's path, and without one the path with ".rtf"; room for the path and 5 bytes. It may be
- *                    path itself.
+ *  @param found_path receives the file's path, and without one the path with ".rtf"; room for the path and 5 bytes. It
+ *                    may be path itself.
  *  @return the found path's length in characters.
  *  @failure 0: there is none; for an empty or longer path found_path is then empty.
  *  @requires nothing. */
@@ -893,8 +895,8 @@ VC_API int32_t VC_CALL vcGetWzFile(const char* path, char* found_path) VC_NOEXCE
  *  in the folder tavimo of the user's settings (XDG_CONFIG_HOME, or .config at home).
  *  @param section the section of the profile.
  *  @param number the key, in decimal.
- *  @param title receives the title, "文章" when there is none; room for 150 bytes. Longer ones are cut behind a character.
- *               Null: nothing is written and 0 answered.
+ *  @param title receives the title, "文章" when there is none; room for 150 bytes. Longer ones are cut behind a
+ *               character. Null: nothing is written and 0 answered.
  *  @return the title's length in characters.
  *  @failure none.
  *  @requires nothing. */

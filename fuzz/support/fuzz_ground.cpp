@@ -23,7 +23,8 @@ void Prepare() {
   static_cast<void>(isPrepared);
 }
 
-// The fuzzer opens corpora and writes what it found after the first run has changed the folder: its paths become absolute.
+// The fuzzer opens corpora and writes what it found after the first run has changed the folder: its paths become
+// absolute.
 extern "C" int LLVMFuzzerInitialize(int* argumentCount, char*** arguments) {
   static std::vector<std::string> texts;
   static std::vector<char*> pointers;

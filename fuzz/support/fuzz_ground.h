@@ -1,5 +1,5 @@
-// The ground of every fuzz target: a scratch folder with the engine's working folders, message boxes that are looked at and
-// swallowed, and a check that stops the run. Knows nothing of any file format.
+// The ground of every fuzz target: a scratch folder with the engine's working folders, message boxes that are looked
+// at and swallowed, and a check that stops the run. Knows nothing of any file format.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// How the paths of a lesson's exercise files follow from one another. Goes by bytes and by names alone: whether the files
-// exist is not asked here.
+// How the paths of a lesson's exercise files follow from one another. Goes by bytes and by names alone: whether the
+// files exist is not asked here.
 #pragma once
 
 #include <cstddef>
@@ -12,7 +12,8 @@ namespace tavimo::exercises {
 inline constexpr std::size_t kLongestPath = 259;  // the platform's limit of 260 with the terminating zero
 using ExercisePath = core::FixedText<kLongestPath>;
 
-// The path up to its last dot, which may stand in a folder's name but not at the very start; all of it when there is none.
+// The path up to its last dot, which may stand in a folder's name but not at the very start; all of it when there is
+// none.
 [[nodiscard]] std::string_view WithoutExtension(std::string_view path) noexcept;
 
 // Both are false when path is empty, or it or the result is longer than 259 bytes.

@@ -1,5 +1,5 @@
-// A file that is written from its start to its end in large pieces. It takes the place of an earlier one at once: authors
-// look at what a failed compilation wrote so far.
+// A file that is written from its start to its end in large pieces. It takes the place of an earlier one at once:
+// authors look at what a failed compilation wrote so far.
 #pragma once
 
 #include <cstddef>

@@ -38,8 +38,8 @@ struct CompilerSpace {
   std::array<char, 1024 * kQuestionRecordBytes> records;
 };
 
-// The outputs lie in the folder "temp" under the script's name. Those of an earlier compilation are emptied first, as soon
-// as the inputs are open, and a script at fault leaves what was compiled until there.
+// The outputs lie in the folder "temp" under the script's name. Those of an earlier compilation are emptied first, as
+// soon as the inputs are open, and a script at fault leaves what was compiled until there.
 [[nodiscard]] CompileReport CompileQuestions(std::string_view studyPath, std::string_view scriptPath,
                                              CompilerSpace& space) noexcept;
 

@@ -1,4 +1,5 @@
-// Reading a question index: records back to back, the item of sentence i at 52 x i. 1 to 51 bytes at its end are no record.
+// Reading a question index: records back to back, the item of sentence i at 52 x i. 1 to 51 bytes at its end are no
+// record.
 #pragma once
 
 #include <array>
@@ -34,8 +35,8 @@ class RecordReader {
 [[nodiscard]] bool ReadArticleRecord(platform::FileStream& index, std::int32_t recordIndex,
                                      QuestionRecord& record) noexcept;
 
-// The number of records. Stores the answer of each into answers (null allowed), of the first room ones at most: 0 for 'A',
-// -1 for a passage or dialogue.
+// The number of records. Stores the answer of each into answers (null allowed), of the first room ones at most: 0 for
+// 'A', -1 for a passage or dialogue.
 [[nodiscard]] std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std::int32_t room) noexcept;
 
 }  // namespace tavimo::exercises

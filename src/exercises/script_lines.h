@@ -19,8 +19,8 @@ class ScriptLines {
   // The piece is work space for as long as lines are read.
   ScriptLines(platform::FileStream& script, Piece& piece) noexcept : script_(script), piece_(piece) {}
 
-  // The next line with its line feed; what is longer than kLongestLine goes on as a line of its own. Empty at the end, and
-  // where the script cannot be read any further. Valid until the next call.
+  // The next line with its line feed; what is longer than kLongestLine goes on as a line of its own. Empty at the end,
+  // and where the script cannot be read any further. Valid until the next call.
   [[nodiscard]] std::string_view Next() noexcept;
 
   // That of the line read last, from 1.

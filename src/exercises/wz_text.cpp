@@ -30,8 +30,8 @@ std::int64_t BytesBeforeZero(FileStream& wz, const TextStretch& stretch) noexcep
   return stretch.byteCount;
 }
 
-// The curly quotes of GBK become a straight one and a blank on its outer side, so that the text keeps its length. Goes by
-// bytes: texts of before may hold quotes behind half a character.
+// The curly quotes of GBK become a straight one and a blank on its outer side, so that the text keeps its length. Goes
+// by bytes: texts of before may hold quotes behind half a character.
 void StraightenQuotes(char* text, std::size_t byteCount) noexcept {
   constexpr char kQuoteLead = '\xA1';
   constexpr char kLeftTrail = '\xB0';

@@ -98,8 +98,8 @@ TEST_F(QuestionBank, RefusesToCompileWhatIsNotThere) {
   EXPECT_TRUE(NamesIn("temp").empty());
   WriteStudyFile("a.zud", 0);
   EXPECT_EQ(vcConvertScr("a.wav", nullptr, nullptr), 0);
-  // A recording without an extension in a folder with a dot: script and outputs take the folder's name, the index that is
-  // opened does not, and must not fill more answers than there are sentences.
+  // A recording without an extension in a folder with a dot: script and outputs take the folder's name, the index that
+  // is opened does not, and must not fill more answers than there are sentences.
   std::filesystem::create_directory("set.2");
   WriteText("set.scr", "");
   WriteStudyFile("set.zud", 0);
