@@ -20,6 +20,17 @@ LARGEST_STACK_BYTES = 32
 DECLARATION = re.compile(r'^VC_API\b([^;()]*?)\bVC_CALL\s+(\w+)\(([^;]*?)\)\s*VC_NOEXCEPT;', re.M)
 WIDE_TYPE = re.compile(r'^(double|u?int64_t)\b(?!\s*\*)')
 
+C_TYPES = {'int32': 'int32_t', 'uint32': 'uint32_t', 'double': 'double', 'intptr': 'intptr_t', 'uintptr': 'uintptr_t',
+           'window': 'VcWindow', 'dc': 'VcDc', 'text': 'const char*'}
+POINTED_TYPES = {'int32': 'int32_t', 'uint32': 'uint32_t', 'bytes': 'void', 'text': 'char', 'pages': 'VcPageIndexEntry'}
+
+
+def c_type(argument):
+    """What the header has for an argument of the table."""
+    if not argument.flow:
+        return C_TYPES[argument.kind]
+    return ('const ' if argument.flow == 'in' else '') + POINTED_TYPES[argument.kind] + '*'
+
 
 def parameters(text):
     """The parameters of a declaration, one string each; none for void."""
@@ -34,7 +45,7 @@ def declarations(text):
 def table_rows(exports):
     lines = {}
     for number, line in enumerate(house.read(TABLE).splitlines(), 1):
-        name = line.split('#')[0].split()[:1]
+        name = line.split('#')[0].split()[:1] if not line.startswith(' ') else []
         if name and name[0] in lines:
             yield TABLE, number, f'{name[0]} stands twice'
         elif name:
@@ -52,7 +63,7 @@ def table_rows(exports):
 def header_rows(exports, text):
     found = declarations(text)
     built = {e.name: e for e in exports if e.built}
-    for name, _, arguments, offset in found:
+    for name, result, arguments, offset in found:
         line = house.line_of(text, offset)
         if name not in built:
             yield HEADER, line, f'{name} is not a built export of the table'
@@ -60,6 +71,9 @@ def header_rows(exports, text):
         stack_bytes = sum(8 if WIDE_TYPE.match(a) else 4 for a in arguments)
         if stack_bytes != built[name].stack_bytes:
             yield HEADER, line, f'{name} takes {stack_bytes} stack bytes, the table says {built[name].stack_bytes}'
+        stated = [f'{c_type(a)} {a.name}' for a in built[name].arguments]
+        if stated != arguments or C_TYPES.get(built[name].result, 'void') != result:
+            yield HEADER, line, f'{name} is declared with {result} ({arguments}), the table says {stated}'
         heading = text.rfind('/* ====', 0, offset)
         if built[name].family not in text[heading:text.find('*/', heading)]:
             yield HEADER, line, f'{name} does not stand under its family {built[name].family}'

@@ -11,21 +11,46 @@ from pathlib import Path
 from typing import NamedTuple
 
 
+class Argument(NamedTuple):
+    name: str
+    flow: str  # "", "in", "out" or "inout"; only the first is a value and no pointer to some
+    kind: str
+    room: str  # empty for a value
+
+
 class Export(NamedTuple):
     name: str
     family: str
     stack_bytes: int
     built: bool
     alias_of: str  # empty when the name has an entry of its own
+    arguments: list
+    files: list
+    result: str  # empty when there is none
+
+
+def argument(fields):
+    name, *kind = fields
+    if kind[0] in ('in', 'out', 'inout'):
+        return Argument(name, kind[0], kind[1], kind[2].strip('[]'))
+    return Argument(name, '', kind[0], '')
 
 
 def read_table(path):
     rows = []
     for line in Path(path).read_text(encoding='utf-8').splitlines():
         fields = line.split('#')[0].split()
-        if fields:
+        if not fields:
+            continue
+        if not line.startswith(' '):
             name, family, stack_bytes, state, *alias = fields
-            rows.append(Export(name, family, int(stack_bytes), state == 'built', alias[0] if alias else ''))
+            rows.append(Export(name, family, int(stack_bytes), state == 'built', alias[0] if alias else '', [], [], ''))
+        elif fields[0] == '->':
+            rows[-1] = rows[-1]._replace(result=fields[1])
+        elif fields[0] == 'files':
+            rows[-1].files.extend(fields[1:])
+        else:
+            rows[-1].arguments.append(argument(fields))
     return rows
 
 

@@ -38,6 +38,7 @@ class CommandLine {
     AddLessonCommands(grammar_);
     AddEditingCommands(grammar_);
     AddVoiceCommands(grammar_);
+    AddHostCommands(grammar_);
     app.footer(kFooter);  // last, or every command's help would repeat it
   }
 
@@ -61,13 +62,14 @@ class CommandLine {
     Words& words = grammar_.words;
     Options& options = grammar_.options;
     options.home = words.home.empty() ? UserDataFolder() : Absolute(words.home);
-    const bool isHomeless = options.command == RunInfo || options.command == RunDevices || options.command == RunImport;
+    const bool isHomeless = options.command == RunInfo || options.command == RunDevices ||
+                            options.command == RunImport || options.command == RunCall;
     if (options.home.empty() && !isHomeless) return Complain("no data folder is known; name one with --home");
     if (!words.file.empty()) words.files = {words.file};
     for (const std::string& file : words.files) options.files.push_back(Absolute(file));
     options.hasOutput = !words.output.empty();
     options.output = words.output.empty() ? fs::current_path() : Absolute(words.output);
-    for (const auto& finish : {FinishLesson, FinishVoice, FinishEditing}) {
+    for (const auto& finish : {FinishLesson, FinishVoice, FinishEditing, FinishHost}) {
       if (const std::string complaint = finish(grammar_); !complaint.empty()) return Complain(complaint);
     }
     return {options, kDone};

@@ -63,10 +63,12 @@ struct Grammar {
 void AddLessonCommands(Grammar& grammar);
 void AddVoiceCommands(Grammar& grammar);
 void AddEditingCommands(Grammar& grammar);
+void AddHostCommands(Grammar& grammar);
 
 // What the commands of a family have been told, as options. A complaint, or nothing.
 [[nodiscard]] std::string FinishLesson(Grammar& grammar);
 [[nodiscard]] std::string FinishVoice(Grammar& grammar);
 [[nodiscard]] std::string FinishEditing(Grammar& grammar);
+[[nodiscard]] std::string FinishHost(Grammar& grammar);
 
 }  // namespace tavimo::host

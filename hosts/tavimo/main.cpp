@@ -7,6 +7,7 @@
 #include "refusal.h"
 #include "system.h"
 #include "text.h"
+#include "trace.h"
 
 namespace tavimo::host {
 
@@ -21,6 +22,7 @@ int Run(int argc, char** argv) {
   HoldInterrupts();
   const ParsedCommandLine line = ParseCommandLine(argc, argv);
   if (!line.options) return line.exitCode;
+  if (line.options->isTraced) TraceCalls();
   try {
     return line.options->command(*line.options);
   } catch (const Refusal& refusal) {

@@ -53,6 +53,8 @@ struct Options {
   std::optional<int> sampleRate;
   std::optional<int> channels;
   bool force = false;
+  std::vector<std::string> calls;  // of the engine: names, arguments, and "+" between them
+  bool isTraced = false;
 };
 
 int RunInfo(const Options& options);
@@ -72,5 +74,6 @@ int RunExtract(const Options& options);
 int RunMono(const Options& options);
 int RunDelete(const Options& options);
 int RunUndo(const Options& options);
+int RunCall(const Options& options);
 
 }  // namespace tavimo::host

@@ -64,7 +64,7 @@ class ProgramTest(unittest.TestCase):
 
     def run_program(self, *words, **more):
         """Runs the program in the test's folder; the result has text streams."""
-        command = [PROGRAM, *words, "--home", self.home]
+        command = [PROGRAM, "--home", self.home, *words]
         return subprocess.run(command, cwd=self.root, capture_output=True, encoding="utf-8", timeout=60, **more)
 
     def succeed(self, *words):

@@ -1,0 +1,344 @@
+#include "engine_call.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <sstream>
+#include <type_traits>
+
+#include "nearest_name.h"
+#include "refusal.h"
+#include "system.h"
+#include "tavimo.h"
+#include "text.h"
+
+namespace tavimo::host {
+
+namespace {
+
+enum class Flow { Value, In, Out, InOut };
+enum class Kind { Int32, Uint32, Double, Intptr, Uintptr, Window, Dc, Text, Bytes, Pages };
+
+struct ArgumentRow {
+  const char* name;
+  Flow flow;
+  Kind kind;
+  const char* room;  // a number, or the name of the argument that has it
+};
+
+// One argument, whatever its kind: a number, a handle, or the bytes that a pointer points to.
+struct Value {
+  std::int64_t number = 0;
+  double fraction = 0;
+  void* handle = nullptr;
+  std::vector<char> bytes;
+};
+
+class Arguments {
+ public:
+  explicit Arguments(std::vector<Value> values) : values_(std::move(values)) {}
+
+  template <typename Type>
+  Type As(std::size_t index) {
+    Value& value = values_[index];
+    if constexpr (std::is_same_v<Type, VcWindow> || std::is_same_v<Type, VcDc>) {
+      return static_cast<Type>(value.handle);
+    } else if constexpr (std::is_pointer_v<Type>) {
+      return reinterpret_cast<Type>(value.bytes.data());
+    } else if constexpr (std::is_same_v<Type, double>) {
+      return value.fraction;
+    } else {
+      return static_cast<Type>(value.number);
+    }
+  }
+
+  [[nodiscard]] const Value& At(std::size_t index) const { return values_[index]; }
+
+ private:
+  std::vector<Value> values_;
+};
+
+std::string Result() { return {}; }
+std::string Result(double value) {
+  std::ostringstream text;
+  text << value;
+  return text.str();
+}
+template <typename Integer>
+requires std::is_integral_v<Integer> std::string Result(Integer value) { return std::to_string(value); }
+
+struct ExportRow {
+  const char* name;
+  std::vector<ArgumentRow> arguments;
+  std::string (*call)(Arguments&);
+};
+
+const std::vector<ExportRow>& Exports() {
+  static const std::vector<ExportRow> rows = {
+#include "engine_calls.inc"
+  };
+  return rows;
+}
+
+const ExportRow& Find(const std::string& name) {
+  const auto& rows = Exports();
+  const auto row = std::find_if(rows.begin(), rows.end(), [&](const ExportRow& r) { return name == r.name; });
+  if (row == rows.end()) {
+    throw Refusal("the engine has no export " + ReadableText(name) + "; did you mean " +
+                  NearestName(name, ExportNames()) + "?");
+  }
+  return *row;
+}
+
+bool TakesWord(const ArgumentRow& row) { return row.flow != Flow::Out; }
+
+template <typename Number>
+Number Parse(const std::string& word, const ArgumentRow& row) {
+  Number number{};
+  const auto [stop, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (error == std::errc() && stop == word.data() + word.size() && !word.empty()) return number;
+  throw Refusal(std::string(row.name) + " is a number; '" + ReadableText(word) + "' is none");
+}
+
+std::string Gbk(const std::string& utf8) {
+  std::string gbk(2 * utf8.size() + 1, '\0');
+  if (tvGbkFromUtf8(utf8.c_str(), gbk.data(), static_cast<int>(gbk.size())) < 0) {
+    throw Refusal("'" + ReadableText(utf8) + "' has a character that GBK lacks");
+  }
+  return gbk.c_str();
+}
+
+// A path that is written the system's way; the engine's own has backslashes already.
+bool IsNativePath(const ArgumentRow& row, const std::string& word) {
+  const std::string_view name = row.name;
+  const bool isPath = name.ends_with("path") || name.ends_with("folder");
+  return isPath && word.find('\\') == std::string::npos && !word.empty();
+}
+
+std::string TextFor(const ArgumentRow& row, const std::string& word) {
+  if (!IsNativePath(row, word)) return Gbk(word);
+  const auto path = EnginePath(PathFromUtf8(word));
+  if (!path) throw Refusal("'" + ReadableText(word) + "' has a character that GBK lacks");
+  return *path;
+}
+
+template <typename Number>
+void AppendNumber(std::vector<char>& bytes, Number number) {
+  std::array<char, sizeof number> raw{};
+  std::memcpy(raw.data(), &number, raw.size());
+  bytes.insert(bytes.end(), raw.begin(), raw.end());
+}
+
+std::vector<char> Array(const ArgumentRow& row, const std::string& word) {
+  std::vector<char> bytes;
+  std::istringstream parts(word);
+  for (std::string part; std::getline(parts, part, ',');) AppendNumber(bytes, Parse<std::int64_t>(part, row));
+  std::vector<char> narrow;
+  for (std::size_t at = 0; at < bytes.size(); at += sizeof(std::int64_t)) {
+    narrow.insert(narrow.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at),
+                  bytes.begin() + static_cast<std::ptrdiff_t>(at + sizeof(std::int32_t)));
+  }
+  return narrow;
+}
+
+std::vector<char> Hexadecimal(const ArgumentRow& row, const std::string& word) {
+  std::vector<char> bytes;
+  for (std::size_t at = 0; at < word.size(); at += 2) {
+    int byte = 0;
+    const char* end = word.data() + std::min(at + 2, word.size());
+    const auto [stop, error] = std::from_chars(word.data() + at, end, byte, 16);
+    if (error != std::errc() || stop != end || end - word.data() - static_cast<std::ptrdiff_t>(at) != 2) {
+      throw Refusal(std::string(row.name) + " is bytes as hexadecimal digits, two for each");
+    }
+    bytes.push_back(static_cast<char>(byte));
+  }
+  return bytes;
+}
+
+std::size_t SizeOf(Kind kind) {
+  if (kind == Kind::Text || kind == Kind::Bytes) return 1;
+  return kind == Kind::Pages ? sizeof(VcPageIndexEntry) : sizeof(std::int32_t);
+}
+
+Value ValueFor(const ArgumentRow& row, const std::string& word, CallObjects& objects) {
+  Value value;
+  if (row.kind == Kind::Window) {
+    value.handle = objects.Window(word);
+  } else if (row.kind == Kind::Dc) {
+    value.handle = objects.DeviceContext(word);
+  } else if (row.kind == Kind::Double) {
+    value.fraction = Parse<double>(word, row);
+  } else if (row.kind == Kind::Text) {
+    const std::string text = TextFor(row, word);
+    value.bytes.assign(text.c_str(), text.c_str() + text.size() + 1);
+  } else if (row.kind == Kind::Bytes) {
+    value.bytes = Hexadecimal(row, word);
+  } else if (row.flow == Flow::Value) {
+    value.number = Parse<std::int64_t>(word, row);
+  } else {
+    value.bytes = Array(row, word);
+  }
+  return value;
+}
+
+constexpr std::int64_t kMostRoom = 64'000'000;  // bytes for one argument; a number beyond is a slip
+
+std::size_t RoomFor(const ArgumentRow& row, const ExportRow& exported, const std::vector<Value>& values) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (std::strcmp(exported.arguments[i].name, row.room) == 0) {
+      const std::int64_t count = std::clamp<std::int64_t>(values[i].number, 0, kMostRoom);
+      return static_cast<std::size_t>(count) * SizeOf(row.kind);
+    }
+  }
+  return static_cast<std::size_t>(Parse<std::int64_t>(row.room, row)) * SizeOf(row.kind);
+}
+
+std::vector<Value> ValuesFor(const ExportRow& exported, const std::vector<std::string>& words, CallObjects& objects) {
+  const auto taking =
+      static_cast<std::size_t>(std::count_if(exported.arguments.begin(), exported.arguments.end(), TakesWord));
+  if (words.size() != taking) throw Refusal("the call is " + DescribeExport(exported.name));
+  std::vector<Value> values;
+  std::size_t next = 0;
+  for (const ArgumentRow& row : exported.arguments) {
+    values.push_back(TakesWord(row) ? ValueFor(row, words[next++], objects) : Value{});
+  }
+  // Whatever was given, there is the room that the engine may write to.
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const ArgumentRow& row = exported.arguments[i];
+    if (row.flow == Flow::Value) continue;
+    values[i].bytes.resize(std::max(values[i].bytes.size(), RoomFor(row, exported, values)) + 1);
+  }
+  return values;
+}
+
+std::string Utf8Of(const std::vector<char>& gbk) {
+  const std::string text = gbk.data();
+  return ReadableText(Utf8FromEncoding(text, "GB18030").value_or(text));
+}
+
+std::string Numbers(const std::vector<char>& bytes, Kind kind) {
+  constexpr std::size_t kMostShown = 20;
+  std::string list;
+  const std::size_t count = bytes.size() / sizeof(std::int32_t);
+  for (std::size_t i = 0; i < std::min(count, kMostShown); ++i) {
+    std::int32_t number = 0;
+    std::memcpy(&number, bytes.data() + i * sizeof number, sizeof number);
+    const bool isSigned = kind == Kind::Int32;
+    list +=
+        (i == 0 ? "" : ", ") + (isSigned ? std::to_string(number) : std::to_string(static_cast<std::uint32_t>(number)));
+  }
+  return list + (count > kMostShown ? ", …" : "");
+}
+
+std::string HexadecimalOf(const std::vector<char>& bytes) {
+  constexpr std::size_t kMostShown = 32;
+  std::string digits;
+  for (std::size_t i = 0; i + 1 < bytes.size() && i < kMostShown; ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    digits += "0123456789abcdef"[byte >> 4];
+    digits += "0123456789abcdef"[byte & 15];
+  }
+  return digits + (bytes.size() > kMostShown + 1 ? "…" : "");
+}
+
+std::string Written(const ArgumentRow& row, const std::vector<char>& bytes) {
+  if (row.kind == Kind::Text) return Utf8Of(bytes);
+  return row.kind == Kind::Bytes ? HexadecimalOf(bytes) : Numbers(bytes, row.kind);
+}
+
+std::pair<int, int> SizeIn(const std::string& word) {
+  int width = 0;
+  int height = 0;
+  const auto [cross, first] = std::from_chars(word.data(), word.data() + word.size(), width);
+  const char* end = word.data() + word.size();
+  const bool isCross = first == std::errc() && cross != end && *cross == 'x';
+  if (!isCross || std::from_chars(cross + 1, end, height).ec != std::errc() || width < 1 || height < 1) {
+    throw Refusal("a device context is named NAME:WIDTHxHEIGHT the first time");
+  }
+  return {width, height};
+}
+
+std::vector<std::string> Split(const std::string& word) {
+  std::vector<std::string> parts;
+  std::istringstream stream(word);
+  for (std::string part; std::getline(stream, part, ':');) parts.push_back(part);
+  return parts;
+}
+
+}  // namespace
+
+CallObjects::~CallObjects() {
+  for (const auto& [name, window] : windows_) tvDestroyWindow(window);
+}
+
+VcWindow CallObjects::Window(const std::string& word) {
+  if (word == "-") return nullptr;
+  const auto known = windows_.find(word);
+  if (known != windows_.end()) return known->second;
+  const int kind = word.starts_with("list") ? TV_LIST_BOX : word.starts_with("bar") ? TV_PROGRESS_BAR : TV_WINDOW;
+  return windows_[word] = tvCreateWindow(kind, nullptr, nullptr);
+}
+
+VcDc CallObjects::DeviceContext(const std::string& word) {
+  if (word == "-") return nullptr;
+  const std::vector<std::string> parts = Split(word);
+  const auto known = pictures_.find(parts.front());
+  if (known != pictures_.end()) return known->second.get();
+  if (parts.size() < 2) throw Refusal("a device context is named NAME:WIDTHxHEIGHT the first time");
+  const auto [width, height] = SizeIn(parts[1]);
+  Picture picture = MakePicture(width, height);
+  if (parts.size() == 4 && tvSelectFont(picture.get(), parts[2].c_str(), std::atoi(parts[3].c_str())) != 0) {
+    throw Refusal("there is no font " + ReadableText(parts[2]));
+  }
+  return (pictures_[parts.front()] = std::move(picture)).get();
+}
+
+std::string CallObjects::Describe() const {
+  std::string text;
+  for (const auto& [name, window] : windows_) {
+    if (!name.starts_with("list")) continue;
+    const intptr_t count = tvSendMessage(window, TV_LB_GETCOUNT, 0, 0);
+    for (intptr_t i = 0; i < count; ++i) {
+      const auto line = static_cast<std::uintptr_t>(i);
+      std::vector<char> gbk(static_cast<std::size_t>(tvSendMessage(window, TV_LB_GETTEXTLEN, line, 0)) + 1);
+      tvSendMessage(window, TV_LB_GETTEXT, line, reinterpret_cast<intptr_t>(gbk.data()));
+      text += name + ": " + Utf8Of(gbk) + '\n';
+    }
+  }
+  for (const auto& [name, picture] : pictures_) {
+    const std::filesystem::path file = std::filesystem::current_path() / PathFromUtf8(name + ".png");
+    SavePicture(picture.get(), file);
+    text += name + ": " + Readable(file) + '\n';
+  }
+  return text;
+}
+
+std::vector<std::string> ExportNames() {
+  std::vector<std::string> names;
+  for (const ExportRow& row : Exports()) names.emplace_back(row.name);
+  return names;
+}
+
+std::string DescribeExport(const std::string& name) {
+  std::string text = name;
+  for (const ArgumentRow& row : Find(name).arguments) {
+    if (TakesWord(row)) text += ' ' + std::string(row.name);
+  }
+  return text;
+}
+
+std::string CallEngine(const std::string& name, const std::vector<std::string>& words, CallObjects& objects) {
+  const ExportRow& exported = Find(name);
+  Arguments arguments(ValuesFor(exported, words, objects));
+  const std::string result = exported.call(arguments);
+  std::string text = name + (result.empty() ? "" : " = " + result) + '\n';
+  for (std::size_t i = 0; i < exported.arguments.size(); ++i) {
+    const ArgumentRow& row = exported.arguments[i];
+    if (row.flow != Flow::Out && row.flow != Flow::InOut) continue;
+    text += "  " + std::string(row.name) + " = " + Written(row, arguments.At(i).bytes) + '\n';
+  }
+  return text;
+}
+
+}  // namespace tavimo::host
