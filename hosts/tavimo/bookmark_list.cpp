@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <type_traits>
@@ -41,11 +40,8 @@ void SetBookmarks(const std::vector<Bookmark>& bookmarks) {
 }  // namespace
 
 std::string GbkLabel(const std::string& utf8) {
-  std::string gbk(2 * utf8.size() + 1, '\0');
-  const int written = tvGbkFromUtf8(utf8.c_str(), gbk.data(), static_cast<int>(gbk.size()));
-  if (written < 0) throw Refusal("the label '" + ReadableText(utf8) + "' has a character that GBK lacks");
-  gbk.resize(std::strlen(gbk.c_str()));
-  return gbk;
+  if (auto gbk = GbkFromUtf8(utf8)) return std::move(*gbk);
+  throw Refusal("the label '" + ReadableText(utf8) + "' has a character that GBK lacks");
 }
 
 std::vector<Bookmark> Bookmarks(const LessonSession& session) {

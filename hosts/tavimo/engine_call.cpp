@@ -102,11 +102,8 @@ Number Parse(const std::string& word, const ArgumentRow& row) {
 }
 
 std::string Gbk(const std::string& utf8) {
-  std::string gbk(2 * utf8.size() + 1, '\0');
-  if (tvGbkFromUtf8(utf8.c_str(), gbk.data(), static_cast<int>(gbk.size())) < 0) {
-    throw Refusal("'" + ReadableText(utf8) + "' has a character that GBK lacks");
-  }
-  return gbk.c_str();
+  if (auto gbk = GbkFromUtf8(utf8)) return std::move(*gbk);
+  throw Refusal("'" + ReadableText(utf8) + "' has a character that GBK lacks");
 }
 
 // A path that is written the system's way; the engine's own has backslashes already.

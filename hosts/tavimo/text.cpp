@@ -84,6 +84,13 @@ std::string Shortened(std::string_view utf8, std::size_t mostBytes) {
   return std::string(utf8.substr(0, length));
 }
 
+std::optional<std::string> GbkFromUtf8(const std::string& utf8) {
+  std::string gbk(2 * utf8.size() + 1, '\0');
+  if (tvGbkFromUtf8(utf8.c_str(), gbk.data(), static_cast<int>(gbk.size())) < 0) return {};
+  gbk.resize(gbk.find('\0'));
+  return gbk;
+}
+
 std::optional<std::string> EnginePath(const fs::path& path) {
   std::array<char, kPathRoom> engine{};
   if (tvEnginePath(Utf8(path).c_str(), engine.data(), kPathRoom) < 0) return {};

@@ -19,6 +19,9 @@ namespace tavimo::host {
 // The start of a text, at most so many bytes, cut between two characters.
 [[nodiscard]] std::string Shortened(std::string_view utf8, std::size_t mostBytes);
 
+// Text as the engine takes it. None when it has a character that GBK lacks.
+[[nodiscard]] std::optional<std::string> GbkFromUtf8(const std::string& utf8);
+
 // The engine's form of a path: GBK and backslashes. None when it has no GBK form.
 [[nodiscard]] std::optional<std::string> EnginePath(const std::filesystem::path& path);
 
