@@ -39,6 +39,7 @@ class CommandLine {
     AddEditingCommands(grammar_);
     AddVoiceCommands(grammar_);
     AddHostCommands(grammar_);
+    AddExerciseCommands(grammar_);
     app.footer(kFooter);  // last, or every command's help would repeat it
   }
 
@@ -69,28 +70,37 @@ class CommandLine {
     for (const std::string& file : words.files) options.files.push_back(Absolute(file));
     options.hasOutput = !words.output.empty();
     options.output = words.output.empty() ? fs::current_path() : Absolute(words.output);
-    for (const auto& finish : {FinishLesson, FinishVoice, FinishEditing, FinishHost}) {
+    for (const auto& finish : {FinishLesson, FinishVoice, FinishEditing, FinishHost, FinishExercises}) {
       if (const std::string complaint = finish(grammar_); !complaint.empty()) return Complain(complaint);
     }
     return {options, kDone};
   }
 
+  // The chosen command, the innermost one last.
+  std::vector<const CLI::App*> Chosen() const {
+    std::vector<const CLI::App*> chosen;
+    for (auto inner = grammar_.app.get_subcommands(); !inner.empty(); inner = inner.front()->get_subcommands()) {
+      chosen.push_back(inner.front());
+    }
+    return chosen;
+  }
+
   ParsedCommandLine Complain(const std::string& what) {
-    const auto chosen = grammar_.app.get_subcommands();
-    const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
+    std::string command;
+    for (const CLI::App* chosen : Chosen()) command += chosen->get_name() + " ";
     std::cerr << "tavimo: " << ReadableText(what) << "\nSee tavimo " << command << "--help\n";
     return {{}, kUsage};
   }
 
-  std::vector<std::string> CommandNames() const {
+  static std::vector<std::string> CommandNames(const CLI::App& parent) {
     std::vector<std::string> names;
-    for (const CLI::App* command : grammar_.app.get_subcommands({})) names.push_back(command->get_name());
+    for (const CLI::App* command : parent.get_subcommands({})) names.push_back(command->get_name());
     return names;
   }
 
   std::string Commands() const {
     std::string list;
-    for (const std::string& name : CommandNames()) list += (list.empty() ? "" : ", ") + name;
+    for (const std::string& name : CommandNames(grammar_.app)) list += (list.empty() ? "" : ", ") + name;
     return list;
   }
 
@@ -103,15 +113,17 @@ class CommandLine {
 
   std::string UnknownWord() const {
     const std::string word = grammar_.app.remaining(true).front();
-    const auto chosen = grammar_.app.get_subcommands();
+    const auto chosen = Chosen();
+    const CLI::App& innermost = chosen.empty() ? grammar_.app : *chosen.back();
     if (word.starts_with("-")) {
       std::vector<std::string> names;
-      AppendOptionNames(chosen.empty() ? grammar_.app : *chosen.front(), names);
+      AppendOptionNames(innermost, names);
       if (!chosen.empty()) AppendOptionNames(grammar_.app, names);
       return "unknown option '" + word + "'; did you mean " + NearestName(word.substr(0, word.find('=')), names) + "?";
     }
-    if (!chosen.empty()) return "'" + word + "' is one file too many for " + chosen.front()->get_name();
-    return "unknown command '" + word + "'; did you mean " + NearestName(word, CommandNames()) + "?";
+    const std::vector<std::string> commands = CommandNames(innermost);
+    if (commands.empty()) return "'" + word + "' is one file too many for " + innermost.get_name();
+    return "unknown command '" + word + "'; did you mean " + NearestName(word, commands) + "?";
   }
 
   Grammar grammar_;

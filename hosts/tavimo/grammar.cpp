@@ -11,7 +11,11 @@ constexpr int kHighestNumber = 999'999;
 }  // namespace
 
 CLI::App& Grammar::AddCommand(const char* name, const char* about, int (*run)(const Options&)) {
-  CLI::App& command = *app.add_subcommand(name, about);
+  return AddCommandTo(app, name, about, run);
+}
+
+CLI::App& Grammar::AddCommandTo(CLI::App& parent, const char* name, const char* about, int (*run)(const Options&)) {
+  CLI::App& command = *parent.add_subcommand(name, about);
   command.callback([this, run] { options.command = run; });
   return command;
 }
@@ -20,8 +24,12 @@ void Grammar::AddFile(CLI::App& command, const char* about) {
   command.add_option("FILE", words.file, about)->required()->type_name("");
 }
 
-void Grammar::AddFiles(CLI::App& command) {
-  command.add_option("FILE", words.files, "The recordings")->required()->type_name("");
+void Grammar::AddFiles(CLI::App& command, const char* about) {
+  command.add_option("FILE", words.files, about)->required()->type_name("");
+}
+
+void Grammar::AddDevice(CLI::App& command, const char* about) {
+  command.add_option("--device", options.device, about)->type_name("NAME");
 }
 
 void Grammar::AddAction(CLI::App& command, const char* about, const std::vector<std::string>& actions) {

@@ -26,7 +26,11 @@ struct Words {
   std::string seconds;
   std::string gap;
   std::string time;
+  std::string encoding;
+  std::string script;
+  std::string recording;
   std::int64_t atMs = -1;
+  std::int64_t sentenceCount = -1;
   int sentence = 0;
   int take = 0;
   int bookmark = 0;
@@ -43,8 +47,10 @@ struct Grammar {
   Options options;
 
   CLI::App& AddCommand(const char* name, const char* about, int (*run)(const Options&));
+  CLI::App& AddCommandTo(CLI::App& parent, const char* name, const char* about, int (*run)(const Options&));
   void AddFile(CLI::App& command, const char* about = "The recording");
-  void AddFiles(CLI::App& command);
+  void AddFiles(CLI::App& command, const char* about = "The recordings");
+  void AddDevice(CLI::App& command, const char* about);
   void AddAction(CLI::App& command, const char* about, const std::vector<std::string>& actions);
   void AddDigestKind(CLI::App& command);
   void AddStretch(CLI::App& command);
@@ -64,11 +70,13 @@ void AddLessonCommands(Grammar& grammar);
 void AddVoiceCommands(Grammar& grammar);
 void AddEditingCommands(Grammar& grammar);
 void AddHostCommands(Grammar& grammar);
+void AddExerciseCommands(Grammar& grammar);
 
 // What the commands of a family have been told, as options. A complaint, or nothing.
 [[nodiscard]] std::string FinishLesson(Grammar& grammar);
 [[nodiscard]] std::string FinishVoice(Grammar& grammar);
 [[nodiscard]] std::string FinishEditing(Grammar& grammar);
 [[nodiscard]] std::string FinishHost(Grammar& grammar);
+[[nodiscard]] std::string FinishExercises(Grammar& grammar);
 
 }  // namespace tavimo::host

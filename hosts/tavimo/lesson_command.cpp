@@ -3,7 +3,9 @@
 #include <set>
 
 #include "comparison.h"
+#include "exercise_list.h"
 #include "options.h"
+#include "question_files.h"
 #include "recorder.h"
 #include "refusal.h"
 #include "sentence_finder.h"
@@ -61,6 +63,12 @@ void RecordLearner(LessonSession& session, const Digest& digest, int sentence, c
   std::cout << "picture: " << Readable(picture) << '\n';
 }
 
+void ListExercises(LessonSession& session) {
+  if (!FileBeside(session.Recording(), ".scr")) return;
+  RefreshQuestions(session, {});
+  PrintExercises(std::cout, session, ReadExercises(session));
+}
+
 void TakeLesson(const Options& options, const fs::path& file, std::set<fs::path>& taken) {
   LessonSession session(options.home, file);
   const Digest digest = OpenDigest(session, options.digestKind);
@@ -75,9 +83,11 @@ void TakeLesson(const Options& options, const fs::path& file, std::set<fs::path>
   std::cout << "picture: " << Readable(picture) << '\n';
   const fs::path learner = fs::path(session.Recording()).replace_extension(".learner.wav");
   std::error_code error;  // a name may be too long for an ending more
-  if (!fs::exists(learner, error)) return;
-  RecordLearner(session, digest, options.learnerSentence, learner,
-                PictureFile(options.output, session.Recording(), "-compare", taken));
+  if (fs::exists(learner, error)) {
+    RecordLearner(session, digest, options.learnerSentence, learner,
+                  PictureFile(options.output, session.Recording(), "-compare", taken));
+  }
+  ListExercises(session);
 }
 
 }  // namespace

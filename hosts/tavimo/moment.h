@@ -19,4 +19,6 @@ namespace tavimo::host {
 // "2026-11-23 19:05:30", as far as the name tells.
 [[nodiscard]] std::string MomentOf(const std::filesystem::path& path);
 
+[[nodiscard]] std::string MomentOf(std::filesystem::file_time_type time);
+
 }  // namespace tavimo::host

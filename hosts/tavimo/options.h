@@ -55,6 +55,12 @@ struct Options {
   bool force = false;
   std::vector<std::string> calls;  // of the engine: names, arguments, and "+" between them
   bool isTraced = false;
+  std::optional<std::string> encoding;             // of a script, one of EncodingNames
+  std::optional<std::filesystem::path> script;     // of the questions, where it does not lie beside the recording
+  std::optional<std::filesystem::path> recording;  // whose sentences a script must fit
+  std::optional<std::size_t> sentenceCount;        // or how many of them
+  bool isSilent = false;
+  bool onlyWrong = false;
 };
 
 int RunInfo(const Options& options);
@@ -75,5 +81,10 @@ int RunMono(const Options& options);
 int RunDelete(const Options& options);
 int RunUndo(const Options& options);
 int RunCall(const Options& options);
+int RunQuestionsLint(const Options& options);
+int RunQuestionsCompile(const Options& options);
+int RunQuestionsList(const Options& options);
+int RunQuestionsShow(const Options& options);
+int RunQuestionsQuiz(const Options& options);
 
 }  // namespace tavimo::host

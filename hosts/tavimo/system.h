@@ -76,6 +76,16 @@ class TerminalKeys {
   std::unique_ptr<Settings> before_;
 };
 
+// Lines of standard input, from a terminal or a pipe alike.
+class InputLines {
+ public:
+  // Waits for the next line and gives it without its end; none at the end of the input or after Ctrl-C.
+  [[nodiscard]] std::optional<std::string> Next();
+
+ private:
+  std::string waiting_;
+};
+
 // The folder in which programs keep what they know of this person's files; empty when the system names none.
 [[nodiscard]] std::filesystem::path UserDataFolder();
 

@@ -2,11 +2,13 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <iconv.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -112,6 +114,26 @@ TerminalKeys::~TerminalKeys() {
 char TerminalKeys::Next() {
   char key = 0;
   return before_ && read(STDIN_FILENO, &key, 1) == 1 ? key : '\0';
+}
+
+std::optional<std::string> InputLines::Next() {
+  constexpr int kPollMs = 200;  // a Ctrl-C just before the waiting would not end it
+  for (bool isAtEnd = false;;) {
+    const std::size_t feed = waiting_.find('\n');
+    if (feed != std::string::npos || (isAtEnd && !waiting_.empty())) {
+      std::string line = waiting_.substr(0, feed);
+      waiting_.erase(0, feed == std::string::npos ? feed : feed + 1);
+      return line;
+    }
+    if (isAtEnd || Interrupted()) return {};
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    if (poll(&input, 1, kPollMs) <= 0) continue;
+    std::array<char, 256> piece{};
+    const ssize_t got = read(STDIN_FILENO, piece.data(), piece.size());
+    if (got < 0 && errno == EINTR) continue;
+    isAtEnd = got <= 0;
+    if (!isAtEnd) waiting_.append(piece.data(), static_cast<std::size_t>(got));
+  }
 }
 
 std::filesystem::path UserDataFolder() {

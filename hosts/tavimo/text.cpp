@@ -75,6 +75,19 @@ std::string ReadableText(std::string_view utf8) {
 
 std::string Readable(const fs::path& path) { return ReadableText(Utf8(path)); }
 
+std::string Utf8FromGbk(std::string_view gbk) {
+  std::string utf8;
+  for (std::size_t length = 0; !gbk.empty(); gbk.remove_prefix(length)) {
+    length = std::min<std::size_t>(static_cast<unsigned char>(gbk[0]) > 0x80 ? 2 : 1, gbk.size());
+    const std::string character(gbk.substr(0, length));
+    std::array<char, 8> converted{};
+    const bool isText = tvUtf8FromGbk(character.c_str(), converted.data(), static_cast<int>(converted.size())) > 1;
+    if (!isText) length = 1;
+    utf8 += isText ? converted.data() : "\xEF\xBF\xBD";
+  }
+  return utf8;
+}
+
 std::string Shortened(std::string_view utf8, std::size_t mostBytes) {
   const auto isInsideCharacter = [utf8](std::size_t place) {
     return place < utf8.size() && (static_cast<unsigned char>(utf8[place]) & 0xC0) == 0x80;

@@ -16,6 +16,9 @@ namespace tavimo::host {
 [[nodiscard]] std::string ReadableText(std::string_view utf8);
 [[nodiscard]] std::string Readable(const std::filesystem::path& path);
 
+// Text of the engine. What is no GBK, such as half a character, becomes U+FFFD.
+[[nodiscard]] std::string Utf8FromGbk(std::string_view gbk);
+
 // The start of a text, at most so many bytes, cut between two characters.
 [[nodiscard]] std::string Shortened(std::string_view utf8, std::size_t mostBytes);
 

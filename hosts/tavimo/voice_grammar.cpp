@@ -25,10 +25,6 @@ void AddTake(Grammar& grammar, CLI::App& command) {
       ->type_name("K");
 }
 
-void AddDevice(Grammar& grammar, CLI::App& command, const char* about) {
-  command.add_option("--device", grammar.options.device, about)->type_name("NAME");
-}
-
 void AddPlay(Grammar& grammar) {
   CLI::App& command = grammar.AddCommand("play", "Play a sentence of a recording that was cut", RunPlay);
   grammar.AddFile(command);
@@ -39,7 +35,7 @@ void AddPlay(Grammar& grammar) {
   command.add_option("--gap", grammar.words.gap, "The silence between two times, in seconds")
       ->check(TimeCheck())
       ->type_name("SECONDS");
-  AddDevice(grammar, command, "A loudspeaker from tavimo devices");
+  grammar.AddDevice(command, "A loudspeaker from tavimo devices");
 }
 
 void AddTakeEnds(Grammar& grammar, CLI::App& command) {
@@ -62,7 +58,7 @@ void AddRecord(Grammar& grammar) {
   grammar.AddFile(command);
   grammar.AddSentence(command).required();
   AddTakeEnds(grammar, command);
-  AddDevice(grammar, command, "A microphone from tavimo devices, or file:PATH, a wave file in its place");
+  grammar.AddDevice(command, "A microphone from tavimo devices, or file:PATH, a wave file in its place");
   auto* append = command.add_flag("--append", grammar.options.append, "Continue the newest take of the sentence");
   command.add_option("--at", grammar.words.atMs, "Record over the newest take from that moment on")
       ->check(Quietly(CLI::Range(0, 2'000'000'000)))
@@ -76,7 +72,7 @@ void AddTakes(Grammar& grammar) {
   grammar.AddFile(command);
   grammar.AddSentence(command);
   AddTake(grammar, command);
-  AddDevice(grammar, command, "For play, a loudspeaker from tavimo devices");
+  grammar.AddDevice(command, "For play, a loudspeaker from tavimo devices");
 }
 
 void AddCompare(Grammar& grammar) {

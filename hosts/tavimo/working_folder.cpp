@@ -71,7 +71,7 @@ fs::path WorkingFolder::MakeAlias(const fs::path& identity) {
   fs::path alias = fs::path("alias") / (hash_ + ".wav");
   Link(identity, alias);
   madeLinks_.push_back(path_ / alias);
-  for (const char* extension : {".tmp", ".zud"}) {
+  for (const char* extension : {".tmp", ".zud", ".jpg", ".bmp", ".gif", ".dib"}) {
     const fs::path beside = fs::path(identity).replace_extension(extension);
     std::error_code error;
     if (!fs::exists(beside, error)) continue;

@@ -35,8 +35,8 @@ class WorkingFolder {
   [[nodiscard]] bool IsNew() const { return !madeFolders_.empty(); }
 
   // A second, short name for a recording whose own name the engine cannot take: a link in the folder "alias", always
-  // the same for the same recording, so that its digest and study file are found again. A digest and a study file that
-  // lie beside the recording get one too. A relative path; a Refusal where the file system has no links.
+  // the same for the same recording, so that its digest and study file are found again. A digest, a study file and a
+  // picture that lie beside the recording get one too. A relative path; a Refusal where the file system has no links.
   std::filesystem::path MakeAlias(const std::filesystem::path& identity);
 
  private:
