@@ -101,6 +101,14 @@ bool IsCurrent(const fs::path& index, const fs::path& script, std::size_t senten
          fs::last_write_time(index, error) == fs::last_write_time(script, error) && !error;
 }
 
+ScriptText ReadTitles(const fs::path& file) {
+  try {
+    return ReadScriptText(file, {});
+  } catch (const Refusal&) {
+    throw Refusal("the titles of its passages, " + Readable(file) + ", cannot be read; write them in UTF-8 or GBK");
+  }
+}
+
 void RefreshTitles(const LessonSession& session) {
   const fs::path source = session.Recording().parent_path() / kTitles;
   std::error_code error;
@@ -108,7 +116,7 @@ void RefreshTitles(const LessonSession& session) {
     fs::remove(kTitles, error);
     return;
   }
-  const ScriptText text = ReadNamed(source, {});
+  const ScriptText text = ReadTitles(source);
   std::cerr << DescribeLost(source, text);
   WriteNew(fs::absolute(kTitles), text.gbk);
 }

@@ -70,8 +70,9 @@ class QuestionLint {
   }
 
   void NoteCutLines() {
-    for (at_ = 0; at_ < pieces_.size(); ++at_) {
-      if (pieces_[at_].column == 1) continue;
+    for (at_ = 1; at_ < pieces_.size(); ++at_) {
+      const bool isFirstCut = pieces_[at_].column > 1 && pieces_[at_ - 1].column == 1;
+      if (!isFirstCut) continue;
       Note("the line is longer than " + std::to_string(kLongestPieceBytes) +
            " bytes, and the engine takes what follows here for a line of its own; break the line before");
     }

@@ -45,6 +45,7 @@ std::vector<std::string> FieldsOf(const std::string& line) {
 ScoreFile::ScoreFile(fs::path path) : path_(std::move(path)) {
   std::ifstream file(path_);
   for (std::string line; std::getline(file, line);) {
+    endsWithLine_ = !file.eof();
     const std::vector<std::string> fields = FieldsOf(line);
     if (fields.size() != kFieldCount) continue;
     for (const Outcome outcome : {Outcome::Right, Outcome::Wrong}) {
@@ -59,13 +60,14 @@ std::optional<Outcome> ScoreFile::LastOutcome(const Exercise& question) const {
   return found == last_.end() ? std::nullopt : std::optional(found->second);
 }
 
-void ScoreFile::Add(const Exercise& question, char given, Outcome outcome) const {
+void ScoreFile::Add(const Exercise& question, char given, Outcome outcome) {
   const bool isNew = !fs::exists(path_);
   std::ofstream file(path_, std::ios::app);
   const std::string answered(given == 0 ? 0 : 1, given);
-  file << (isNew ? kTitleLine : "") << MomentOf(fs::file_time_type::clock::now()) << '\t' << question.number << '\t'
-       << question.sentence << '\t' << answered << '\t' << question.answer << '\t'
+  file << (isNew ? kTitleLine : "") << (endsWithLine_ ? "" : "\n") << MomentOf(fs::file_time_type::clock::now()) << '\t'
+       << question.number << '\t' << question.sentence << '\t' << answered << '\t' << question.answer << '\t'
        << kOutcomes[static_cast<std::size_t>(outcome)] << '\t' << TextHash(question) << '\n';
+  endsWithLine_ = true;
   if (!file.flush()) throw Refusal("the score cannot be written in " + Readable(path_));
 }
 

@@ -23,11 +23,12 @@ class ScoreFile {
 
   // Adds an answer, dated now. given is what was typed, 0 for a question that was skipped. A Refusal when the line cannot
   // be written.
-  void Add(const Exercise& question, char given, Outcome outcome) const;
+  void Add(const Exercise& question, char given, Outcome outcome);
 
  private:
   std::filesystem::path path_;
   std::map<std::string, Outcome> last_;  // by the question's key
+  bool endsWithLine_ = true;             // a kill may have cut the last line off
 };
 
 }  // namespace tavimo::host

@@ -49,7 +49,7 @@ void* FindInLibrary(const char* library, const char* function) {
 
 std::optional<std::string> Utf8FromEncoding(std::string_view bytes, const char* encoding) {
   constexpr std::size_t kLongestCharacter = 4;  // in UTF-8, for at least one byte of any encoding here
-  const iconv_t converter = iconv_open("UTF-8", encoding);
+  void* const converter = iconv_open("UTF-8", encoding);
   if (converter == reinterpret_cast<iconv_t>(-1)) return {};
   std::string utf8(bytes.size() * kLongestCharacter, '\0');
   char* input = const_cast<char*>(bytes.data());  // which iconv does not write to

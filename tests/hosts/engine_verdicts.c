@@ -1,5 +1,6 @@
 /* What the engine's compiler says of many question scripts, in one process: for every line "STUDY SCRIPT" of standard
- * input, a line with the result and the message, its line ends as blanks. In the current directory, which has a "temp". */
+ * input, a line with the result and the message, its line ends as blanks. In the current directory, which has a "temp"; the
+ * outputs are removed. */
 #include <stdio.h>
 #include <string.h>
 
@@ -15,6 +16,14 @@ static void note_message(const char* text, const char* caption, void* user) {
 
 static void ignore_beep(void* user) { (void)user; }
 
+static void remove_outputs(const char* script) {
+  char path[220];
+  for (int i = 0; i < 2; ++i) {
+    snprintf(path, sizeof path, "temp/%.*s%s", (int)strcspn(script, "."), script, i == 0 ? ".tst" : ".wz");
+    remove(path);
+  }
+}
+
 int main(void) {
   char study[200];
   char script[200];
@@ -27,6 +36,7 @@ int main(void) {
       if (*byte == '\r' || *byte == '\n') *byte = ' ';
     }
     printf("%d %s\n", result, message);
+    remove_outputs(script);
   }
   return 0;
 }
