@@ -54,8 +54,8 @@ class CommandLine {
       // A word that nothing knows explains whatever else seems to be missing.
       return Complain(app.remaining_size(true) == 0 ? error.what() : UnknownWord());
     }
-    if (app.get_subcommands().empty()) return Complain("say what to do: " + Commands());
-    return Finish();
+    const std::vector<std::string> commands = CommandNames(Innermost());
+    return commands.empty() ? Finish() : Complain("say what to do: " + Listed(commands));
   }
 
  private:
@@ -85,6 +85,11 @@ class CommandLine {
     return chosen;
   }
 
+  const CLI::App& Innermost() const {
+    const auto chosen = Chosen();
+    return chosen.empty() ? grammar_.app : *chosen.back();
+  }
+
   ParsedCommandLine Complain(const std::string& what) {
     std::string command;
     for (const CLI::App* chosen : Chosen()) command += chosen->get_name() + " ";
@@ -98,9 +103,9 @@ class CommandLine {
     return names;
   }
 
-  std::string Commands() const {
+  static std::string Listed(const std::vector<std::string>& names) {
     std::string list;
-    for (const std::string& name : CommandNames(grammar_.app)) list += (list.empty() ? "" : ", ") + name;
+    for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
     return list;
   }
 
@@ -113,12 +118,11 @@ class CommandLine {
 
   std::string UnknownWord() const {
     const std::string word = grammar_.app.remaining(true).front();
-    const auto chosen = Chosen();
-    const CLI::App& innermost = chosen.empty() ? grammar_.app : *chosen.back();
+    const CLI::App& innermost = Innermost();
     if (word.starts_with("-")) {
       std::vector<std::string> names;
       AppendOptionNames(innermost, names);
-      if (!chosen.empty()) AppendOptionNames(grammar_.app, names);
+      if (&innermost != &grammar_.app) AppendOptionNames(grammar_.app, names);
       return "unknown option '" + word + "'; did you mean " + NearestName(word.substr(0, word.find('=')), names) + "?";
     }
     const std::vector<std::string> commands = CommandNames(innermost);

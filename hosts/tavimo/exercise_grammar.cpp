@@ -79,7 +79,7 @@ void AddQuiz(Grammar& grammar, CLI::App& questions) {
 
 void AddExerciseCommands(Grammar& grammar) {
   CLI::App& questions = *grammar.app.add_subcommand("questions", kAbout);
-  questions.require_subcommand(1);
+  questions.require_subcommand(0, 1);  // a missing one is told of in command_line.cpp
   AddLint(grammar, questions);
   AddSource(grammar,
             grammar.AddCommandTo(questions, "compile", "Compile the script of a recording", RunQuestionsCompile));
