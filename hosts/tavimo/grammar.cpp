@@ -16,6 +16,8 @@ CLI::App& Grammar::AddCommand(const char* name, const char* about, int (*run)(co
 
 CLI::App& Grammar::AddCommandTo(CLI::App& parent, const char* name, const char* about, int (*run)(const Options&)) {
   CLI::App& command = *parent.add_subcommand(name, about);
+CLI::App& Grammar::AddCommand(CLI::App& group, const char* name, const char* about, int (*run)(const Options&)) {
+  CLI::App& command = *group.add_subcommand(name, about);
   command.callback([this, run] { options.command = run; });
   return command;
 }

@@ -39,6 +39,13 @@ struct Words {
   bool exact = false;
   bool peak = false;
   bool json = false;
+  bool tsv = false;
+  bool replace = false;
+  int page = 0;
+  int occurrence = 0;
+  std::string pageSize;
+  std::string encoding;
+  std::string at;
 };
 
 struct Grammar {
@@ -48,6 +55,10 @@ struct Grammar {
 
   CLI::App& AddCommand(const char* name, const char* about, int (*run)(const Options&));
   CLI::App& AddCommandTo(CLI::App& parent, const char* name, const char* about, int (*run)(const Options&));
+  CLI::App& AddCommand(const char* name, const char* about, int (*run)(const Options&)) {
+    return AddCommand(app, name, about, run);
+  }
+  CLI::App& AddCommand(CLI::App& group, const char* name, const char* about, int (*run)(const Options&));
   void AddFile(CLI::App& command, const char* about = "The recording");
   void AddFiles(CLI::App& command, const char* about = "The recordings");
   void AddDevice(CLI::App& command, const char* about);
@@ -71,6 +82,7 @@ void AddVoiceCommands(Grammar& grammar);
 void AddEditingCommands(Grammar& grammar);
 void AddHostCommands(Grammar& grammar);
 void AddExerciseCommands(Grammar& grammar);
+void AddPageCommands(Grammar& grammar);
 
 // What the commands of a family have been told, as options. A complaint, or nothing.
 [[nodiscard]] std::string FinishLesson(Grammar& grammar);
@@ -78,5 +90,6 @@ void AddExerciseCommands(Grammar& grammar);
 [[nodiscard]] std::string FinishEditing(Grammar& grammar);
 [[nodiscard]] std::string FinishHost(Grammar& grammar);
 [[nodiscard]] std::string FinishExercises(Grammar& grammar);
+[[nodiscard]] std::string FinishPages(Grammar& grammar);
 
 }  // namespace tavimo::host

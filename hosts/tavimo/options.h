@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "digest_maker.h"
+#include "page_setup.h"
 #include "wave_picture.h"
 
 namespace tavimo::host {
@@ -18,6 +19,8 @@ enum ExitCode : int { kDone = 0, kRefused = 1, kUsage = 2 };
 enum class TableForm { ForPeople, Json };
 enum class TakesAction { List, Play, Remove };
 enum class BookmarksAction { List, Add, Remove, Clear };
+
+enum class WordsForm { Table, TabSeparated, Json };
 
 struct Options {
   int (*command)(const Options&) = nullptr;
@@ -61,6 +64,12 @@ struct Options {
   std::optional<std::size_t> sentenceCount;        // or how many of them
   bool isSilent = false;
   bool onlyWrong = false;
+  PageSetup pageSetup;
+  std::optional<int> page;  // of a script, from 1
+  std::optional<PagePoint> at;
+  std::string word;               // UTF-8
+  std::optional<int> occurrence;  // of the word, from 1
+  WordsForm wordsForm = WordsForm::Table;
 };
 
 int RunInfo(const Options& options);
@@ -86,5 +95,9 @@ int RunQuestionsCompile(const Options& options);
 int RunQuestionsList(const Options& options);
 int RunQuestionsShow(const Options& options);
 int RunQuestionsQuiz(const Options& options);
+int RunPagesBuild(const Options& options);
+int RunPagesShow(const Options& options);
+int RunPagesMark(const Options& options);
+int RunPagesWords(const Options& options);
 
 }  // namespace tavimo::host

@@ -22,15 +22,6 @@ std::string CountedSentences(std::size_t count) {
   return count == 1 ? "one sentence" : std::to_string(count) + " sentences";
 }
 
-std::string Quoted(const std::string& readable) {
-  std::string quoted = "\"";
-  for (const char byte : readable) {
-    if (byte == '"' || byte == '\\') quoted += '\\';
-    quoted += byte;
-  }
-  return quoted + "\"";
-}
-
 }  // namespace
 
 void PrintTable(std::ostream& out, const LessonSession& session, const std::vector<std::uint32_t>& startsMs,

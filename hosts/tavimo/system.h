@@ -14,6 +14,9 @@ namespace tavimo::host {
 // Whether standard error is a terminal that a progress bar may be drawn on.
 [[nodiscard]] bool ErrorsGoToTerminal();
 
+// Whether standard output is a terminal, which shows colours.
+[[nodiscard]] bool OutputGoesToTerminal();
+
 // Waits until what a file or folder holds is on the disk itself, so that a power cut leaves it. What cannot be flushed is
 // left to the system.
 void FlushToDisk(const std::filesystem::path& path);

@@ -35,6 +35,8 @@ bool IsNameOf(const std::filesystem::path& path, int file) {
 
 bool ErrorsGoToTerminal() { return isatty(STDERR_FILENO) == 1; }
 
+bool OutputGoesToTerminal() { return isatty(STDOUT_FILENO) == 1; }
+
 void FlushToDisk(const std::filesystem::path& path) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);  // NOLINT(cppcoreguidelines-pro-type-vararg)
   if (file < 0) return;

@@ -18,6 +18,8 @@ namespace tavimo::host {
 
 // Text of the engine. What is no GBK, such as half a character, becomes U+FFFD.
 [[nodiscard]] std::string Utf8FromGbk(std::string_view gbk);
+// Readable text as a JSON string.
+[[nodiscard]] std::string Quoted(const std::string& readable);
 
 // The start of a text, at most so many bytes, cut between two characters.
 [[nodiscard]] std::string Shortened(std::string_view utf8, std::size_t mostBytes);

@@ -37,10 +37,12 @@ fs::path IdentityOf(const fs::path& recording) {
   return error ? full : folder / full.filename();
 }
 
-WorkingFolder::WorkingFolder(const fs::path& home, const fs::path& identity) : hash_(HashOf(identity)) {
+WorkingFolder::WorkingFolder(const fs::path& home, const fs::path& identity, Kind kind) : hash_(HashOf(identity)) {
   const fs::path name = PathFromUtf8(Shortened(Utf8(identity.stem()), kReadableNameBytes) + "-" + hash_);
-  path_ = home / "lessons" / name;
-  for (const char* folder : {"temp", "tmpwav", "zud"}) MakeFolder(path_ / folder);
+  path_ = home / (kind == Kind::Lesson ? "lessons" : "scripts") / name;
+  const std::vector<const char*> folders =
+      kind == Kind::Lesson ? std::vector{"temp", "tmpwav", "zud"} : std::vector{"pages"};
+  for (const char* folder : folders) MakeFolder(path_ / folder);
   std::error_code error;
   previous_ = fs::current_path(error);
   fs::current_path(path_, error);
@@ -50,8 +52,9 @@ WorkingFolder::WorkingFolder(const fs::path& home, const fs::path& identity) : h
 WorkingFolder::~WorkingFolder() {
   std::error_code ignored;
   fs::current_path(previous_.empty() ? path_.root_path() : previous_, ignored);
-  const bool isUnused = fs::is_empty(path_ / "temp", ignored) && fs::is_empty(path_ / "zud", ignored);
-  if (!isUnused) return;
+  for (const char* folder : {"temp", "zud", "pages"}) {
+    if (fs::exists(path_ / folder, ignored) && !fs::is_empty(path_ / folder, ignored)) return;
+  }
   for (const fs::path& link : madeLinks_) fs::remove(link, ignored);
   for (auto folder = madeFolders_.rbegin(); folder != madeFolders_.rend(); ++folder) fs::remove(*folder, ignored);
 }

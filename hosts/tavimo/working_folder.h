@@ -6,6 +6,8 @@
 //
 //   HOME/lessons/unit1-0123456789abcdef/temp  tmpwav  zud  alias
 //
+// A script has one too, HOME/scripts/unit1-0123456789abcdef/pages, whether there is a recording to it or not.
+//
 // The sixteen digits are a hash of the recording's full path. While a WorkingFolder lives, its folder is the current
 // directory, which is what the engine's relative names refer to.
 #pragma once
@@ -21,8 +23,10 @@ namespace tavimo::host {
 
 class WorkingFolder {
  public:
+  enum class Kind { Lesson, Script };
+
   // Makes what is missing and enters the folder; a Refusal when that cannot be done.
-  WorkingFolder(const std::filesystem::path& home, const std::filesystem::path& identity);
+  WorkingFolder(const std::filesystem::path& home, const std::filesystem::path& identity, Kind kind = Kind::Lesson);
   WorkingFolder(const WorkingFolder&) = delete;
   WorkingFolder& operator=(const WorkingFolder&) = delete;
 

@@ -3,7 +3,9 @@
 #include "platform/drawing.h"
 
 #include <algorithm>
+#include <cstring>
 #include <numeric>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -299,6 +301,18 @@ TEST_F(TextMeasureTest, PaintsTheSamePixelsWhereverTheyAreSeen) {
   platform::PaintText(small, 0, 0, "\t\n\x7F ", kAdvances);  // a font may have boxes for these
   platform::PaintText(small, 0, 0, "WWW", {});
   EXPECT_EQ(RowsOf(small), before);
+TEST_F(TextMeasureTest, ListsTheFontsThatCanBeSelected) {
+  std::vector<char> names(1 << 16);
+  const int size = tvListFonts(names.data(), static_cast<int>(names.size()));
+  ASSERT_EQ(size, static_cast<int>(std::strlen(names.data())) + 1);
+  std::istringstream lines(names.data());
+  Rows families;
+  for (std::string family; std::getline(lines, family); families.push_back(family)) {
+    EXPECT_EQ(tvSelectFont(dc, family.c_str(), 16), 0) << family;
+  }
+  EXPECT_EQ(std::count(families.begin(), families.end(), "WenQuanYi Zen Hei"), 1);
+  EXPECT_EQ(tvListFonts(names.data(), size - 1), -1);
+  EXPECT_EQ(tvListFonts(nullptr, size), -1);
 }
 
 TEST_F(TextMeasureTest, RefusesMissingTextAndMissingFonts) {

@@ -11,6 +11,8 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <set>
+#include <string>
 #include <string_view>
 #include <tuple>
 
@@ -28,6 +30,8 @@ struct DestroyWith {
   }
 };
 using Pattern = std::unique_ptr<FcPattern, DestroyWith<FcPatternDestroy>>;
+using FontSet = std::unique_ptr<FcFontSet, DestroyWith<FcFontSetDestroy>>;
+using ObjectSet = std::unique_ptr<FcObjectSet, DestroyWith<FcObjectSetDestroy>>;
 using CharacterSet = std::unique_ptr<FcCharSet, DestroyWith<FcCharSetDestroy>>;
 using FontFace = std::unique_ptr<cairo_font_face_t, DestroyWith<cairo_font_face_destroy>>;
 using FontOptions = std::unique_ptr<cairo_font_options_t, DestroyWith<cairo_font_options_destroy>>;
@@ -74,6 +78,18 @@ bool HasChinese(const FcPattern* font) {
          FcCharSetHasChar(characters, kChineseProbe);
 }
 
+// The fonts with Chinese characters, their names alone.
+FontSet ListChinese() {
+  const Pattern wanted(FcPatternCreate());
+  const CharacterSet characters(FcCharSetCreate());
+  const ObjectSet names(FcObjectSetCreate());
+  if (!wanted || !characters || !names) return nullptr;
+  FcCharSetAddChar(characters.get(), kChineseProbe);
+  FcPatternAddCharSet(wanted.get(), FC_CHARSET, characters.get());
+  FcObjectSetAdd(names.get(), FC_FAMILY);
+  return FontSet(FcFontList(nullptr, wanted.get(), names.get()));
+}
+
 // No antialiasing, so that a word drawn again in red covers the black one to the last pixel; advances in whole pixels,
 // because the engine adds them up as such.
 FontOptions PlainOptions() {
@@ -96,6 +112,20 @@ std::vector<Cell> SplitIntoCells(std::string_view gbk) {
     i += hasTrail ? 2 : 1;
   }
   return cells;
+}
+
+std::string ChineseFamilies() {
+  std::set<std::string> families;
+  const FontSet fonts = ListChinese();
+  for (int font = 0; fonts && font < fonts->nfont; ++font) {
+    FcChar8* name = nullptr;
+    for (int i = 0; FcPatternGetString(fonts->fonts[font], FC_FAMILY, i, &name) == FcResultMatch; ++i) {
+      families.insert(reinterpret_cast<const char*>(name));
+    }
+  }
+  std::string lines;
+  for (const std::string& family : families) lines += family + "\n";
+  return lines;
 }
 
 std::unique_ptr<Font> Font::Load(const char* family, int pixelHeight) {

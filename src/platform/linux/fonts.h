@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -26,6 +27,9 @@ struct Cell {
 
 // May throw std::bad_alloc.
 [[nodiscard]] std::vector<Cell> SplitIntoCells(std::string_view gbk);
+
+// The family names of the fonts that Font::Load takes, each with a line feed behind it. May throw std::bad_alloc.
+[[nodiscard]] std::string ChineseFamilies();
 
 class Font {
  public:

@@ -1,7 +1,9 @@
 // The host kit's device contexts: arguments checked, then the memory picture called. Files are host_kit_png.cpp.
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <memory>
+#include <string>
 
 #include "platform/drawing.h"
 #include "platform/linux/fonts.h"
@@ -36,6 +38,17 @@ int tvSelectFont(VcDc dc, const char* family_utf8, int pixel_height) VC_NOEXCEPT
     if (!font) return -1;
     memoryDc->SelectFont(std::move(font));
     return 0;
+  });
+}
+
+int tvListFonts(char* names_utf8, int size) VC_NOEXCEPT {
+  if (!names_utf8 || size < 1) return -1;
+  names_utf8[0] = 0;
+  return platform::Guarded(-1, [&] {
+    const std::string lines = platform::ChineseFamilies();
+    if (lines.size() >= static_cast<std::size_t>(size)) return -1;
+    std::memcpy(names_utf8, lines.c_str(), lines.size() + 1);
+    return static_cast<int>(lines.size()) + 1;
   });
 }
 
