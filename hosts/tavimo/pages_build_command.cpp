@@ -42,8 +42,9 @@ void MoveMarks(ScriptSession& session, const Places& places) {
     const bool isWanted = places.contains(word.start);
     if (isWanted != word.IsMarked()) (isWanted ? missing : wrong).push_back(word);
   }
-  SetMarks(session, missing, Mark::On);
+  // Around a page's end two words may share a number: rather a mark too many than one lost.
   SetMarks(session, wrong, Mark::Off);
+  SetMarks(session, missing, Mark::On);
 }
 
 std::string Counted(std::size_t count, const char* what) {

@@ -1,0 +1,172 @@
+"""Scripts page by page: built, shown, marked and listed; marks kept as long as the text is the same."""
+
+import json
+import os
+import unittest
+
+from program import ProgramTest, read_png
+
+SCRIPT = """The dog
+@@"Look at the dog," says Mr. Brown. It is 3.5 years old.
+@@“狗（dog）很大。”它在跑。
+It runs after
+the DOG-cart, but the doghouse is empty.
+"""
+BUILD = ("--size", "16", "--page", "300x120")
+RED, BLACK, WHITE = (255, 0, 0), (0, 0, 0), (255, 255, 255)
+
+
+class PagesTest(ProgramTest):
+    def build(self, text, *words, encoding="utf-8"):
+        self.script = self.write("s.txt", text if isinstance(text, bytes) else text.encode(encoding))
+        return self.succeed("pages", "build", "s.txt", *(words or BUILD))
+
+    def pages(self):
+        return int(self.succeed("pages", "show", "s.txt").split("\n")[0].split()[-1])
+
+    def text(self):
+        return [self.succeed("pages", "show", "s.txt", str(n + 1)).splitlines()[1:] for n in range(self.pages())]
+
+    def words(self):
+        return [(row["page"], row["word"]) for row in json.loads(self.succeed("pages", "words", "s.txt", "--json"))["words"]]
+
+    def refused(self, *words, code=1):
+        result = self.run_program("pages", *words)
+        self.assertEqual((result.returncode, result.stdout), (code, ""), words)
+        return result.stderr
+
+
+class Pages(PagesTest):
+    def test_a_script_is_shown_in_the_lines_of_its_pages_with_its_marks(self):
+        self.build(SCRIPT)
+        self.assertEqual(
+            self.text(),
+            [
+                ["The dog", '  "Look at the dog," says Mr. Brown. ', "It is 3.5 years old."],
+                ["  “狗（dog）很大。”它在跑。", "It runs after", "the DOG-cart, but the doghouse is "],
+                ["empty."],
+            ],
+        )
+        self.assertEqual(len(self.succeed("pages", "mark", "s.txt", "dog").splitlines()), 4)
+        self.succeed("pages", "mark", "s.txt", "Dog", "--page", "1", "--number", "2")
+        self.assertEqual(self.words(), [(1, "dog"), (2, "dog"), (2, "DOG")])
+        self.assertEqual(self.text()[1][0], "  “狗（[dog]）很大。”它在跑。")
+        table = "page\tword\tsentence\n1\tdog\tThe dog\n2\tdog\t“狗（dog）很大。”\n"
+        table += "2\tDOG\tIt runs after the DOG-cart, but the doghouse is empty.\n"
+        self.assertEqual(self.succeed("pages", "words", "s.txt", "--tsv"), table)
+        self.succeed("pages", "mark", "s.txt", "BROWN")
+        self.assertIn('"Look at the dog," says Mr. Brown.\n', self.succeed("pages", "words", "s.txt"))
+
+    def test_only_the_pixels_of_marked_words_are_red(self):
+        self.build(SCRIPT)
+        self.succeed("pages", "show", "s.txt", "2", "-o", "plain.png")
+        self.succeed("pages", "mark", "s.txt", "runs")
+        for name in ("marked.png", "again.png"):
+            self.succeed("pages", "show", "s.txt", "2", "-o", name)
+        self.assertEqual((self.root / "marked.png").read_bytes(), (self.root / "again.png").read_bytes())
+        width, height, plain = read_png(self.root / "plain.png")
+        _, _, marked = read_png(self.root / "marked.png")
+        self.assertEqual((width, height), (300, 120))
+        red = {(x, y) for y in range(height) for x in range(width) if marked[y][x] == RED}
+        self.assertEqual({(x, y) for y in range(height) for x in range(width) if marked[y][x] != plain[y][x]}, red)
+        self.assertTrue(all(plain[y][x] == BLACK for x, y in red))
+        self.assertTrue(all(colour in (BLACK, WHITE) for row in plain for colour in row))
+        # The second line of the page, behind "It ".
+        left, right, top, bottom = 16 + 9, 16 + 60, 16 + 25, 16 + 50
+        self.assertTrue(red and all(left < x < right and top <= y < bottom for x, y in red), red)
+        x, y = min(red)
+        self.assertIn("runs no longer", self.succeed("pages", "mark", "s.txt", "--page", "2", "--at", f"{x},{y}"))
+        self.assertEqual(self.words(), [])
+
+    def test_marks_stay_with_the_text_and_go_with_it(self):
+        self.build(SCRIPT)
+        self.succeed("pages", "mark", "s.txt", "dog")
+        marks = self.words()
+        os.utime(self.script, (1, 1))
+        self.assertEqual(self.words(), marks)
+        for path in self.kept("") + self.kept(".txt") + self.kept(".hlt"):
+            os.utime(path, (5 if path.suffix == ".hlt" else 9,) * 2)
+        self.assertEqual(self.words(), marks, "a home brought back from a copy without its file times")
+        self.build(SCRIPT.replace("\n", "\r"), *BUILD, encoding="utf-16")
+        self.assertEqual(self.words(), marks)
+        self.script.write_text(SCRIPT + "The end.")
+        result = self.run_program("pages", "words", "s.txt")
+        self.assertEqual(result.stderr, "tavimo: s.txt: its text changed, so its words are no longer marked\n")
+        self.assertEqual(self.words(), [])
+        self.assertEqual(self.text()[2], ["empty.", "The end."])
+
+    def test_marks_go_along_to_pages_that_cut_other_words(self):
+        self.build("狗" * 9 + "one" + "猫" * 9 + "two" + "鸟" * 30 + "three" + "鱼" * 9, "--size", "16", "--page", "100x60")
+        self.succeed("pages", "mark", "s.txt", "two")
+        for size in ("8", "11", "13", "16"):
+            self.build(self.script.read_bytes(), "--size", size, "--page", "100x60")
+            self.assertIn("two", [word for _, word in self.words()], size)
+
+    def test_any_encoding_and_line_end_gives_the_same_pages(self):
+        self.build(SCRIPT)
+        expected = self.text()
+        for encoding in ("gbk", "utf-8-sig", "utf-16", "gb18030"):
+            for line_end in ("\n", "\r\n", "\r"):
+                self.build(SCRIPT.replace("\n", line_end), encoding=encoding)
+                self.assertEqual(self.text(), expected, (encoding, line_end))
+
+    def test_characters_that_gbk_lacks_are_told_and_replaced_only_when_asked(self):
+        self.write("lost.txt", "好\nok 한 🙂\n".encode())
+        message = self.refused("build", "lost.txt")
+        self.assertIn("lost.txt:2:4: GBK has no '한'", message)
+        self.assertIn("lost.txt:2:6: ", message)
+        self.assertEqual(list(self.home.rglob("*.*")), [])
+        result = self.run_program("pages", "build", "lost.txt", "--replace")
+        self.assertEqual((result.returncode, result.stderr.count("GBK has no")), (0, 2))
+        self.assertEqual(self.succeed("pages", "show", "lost.txt").splitlines()[1:], ["好", "ok ? ?"])
+
+    def test_what_cannot_be_done_is_refused_and_leaves_nothing(self):
+        for name, content in (("a", b"a b"), ("empty", b""), ("zero", b"a\nb\0c"), ("broken", b"\xff\xfe\xd8")):
+            self.write(name + ".txt", content)
+        refused = [
+            (("build", "a.txt", "--font", "No Such Font"), 1, "WenQuanYi Zen Hei"),
+            (("build", "a.txt", "--page", "60x480"), 1, "no room for a line of two characters"),
+            (("build", "a.txt", "--page", "640x40"), 1, "no room for a line"),
+            (("build", "a.txt", "--page", "640"), 2, "640x480"),
+            (("build", "a.txt", "--size", "0"), 2, "--size"),
+            (("build", "a.txt", "--encoding", "latin"), 2, "--encoding"),
+            (("build", "empty.txt"), 1, "no text"),
+            (("build", "zero.txt"), 1, "line 2 has a zero byte"),
+            (("build", "broken.txt"), 1, "not all of it is"),
+            (("build", "missing.txt"), 1, "no such file"),
+            (("show", "a.txt"), 1, "tavimo pages build"),
+            (("mark", "a.txt"), 2, "a word, or --page and --at"),
+            (("mrak", "a.txt"), 2, "did you mean mark?"),
+        ]
+        for words, code, message in refused:
+            self.assertIn(message, self.refused(*words, code=code))
+        self.assertEqual([path for path in self.home.rglob("*") if path.is_file()], [])
+
+        self.build("one two 3")
+        for words, message in (
+            (("show", "s.txt", "2"), "no page 2; it has 1"),
+            (("show", "s.txt", "-o", "s.txt"), "would replace it"),
+            (("mark", "s.txt", "four"), "no word 'four'"),
+            (("mark", "s.txt", "one", "--number", "2"), "1 times"),
+            (("mark", "s.txt", "don't"), "not one word"),
+            (("mark", "s.txt", "3"), "no letter"),
+            (("mark", "s.txt", "--page", "1", "--at", "1,1"), "no word at 1,1"),
+            (("build", "s.txt", "--page", "30x30"), "no room"),
+        ):
+            self.assertIn(message, self.refused(*words))
+        self.assertEqual(self.text(), [["one two 3"]], "what was built stays")
+
+    def test_scripts_of_any_bytes_are_shown_or_refused(self):
+        self.build(b"x" * 300_000)
+        self.assertEqual(set("".join(self.succeed("pages", "show", "s.txt").splitlines()[1:])), {"x"})
+        self.write("high.txt", b"\xb0\xa1" * 20_000)
+        self.assertEqual(self.run_program("pages", "build", "high.txt").returncode, 0)
+        self.assertIn("4988", self.refused("build", "high.txt", "--size", "6", "--page", "4096x4096"))
+        self.assertIn("啊啊", self.succeed("pages", "show", "high.txt", "2"))
+        for path in self.home.rglob("script.*"):
+            path.write_bytes(path.read_bytes()[:9])
+        self.assertIn("啊啊", self.succeed("pages", "show", "high.txt", "2"), "damaged files are made again")
+
+
+if __name__ == "__main__":
+    unittest.main()
