@@ -43,10 +43,10 @@ void MeasureBytes(PageCanvas& canvas) {
 std::string Sides(int width, int height) { return std::to_string(width).append("x").append(std::to_string(height)); }
 
 // The engine measures the "@@" of a paragraph as blanks but sets the line with the width of two '@', so that the line
-// may reach farther to the right than others: into the margin, which is wide enough for it.
+// may reach farther to the right than others: into the margin, half a character of which stays empty even then.
 int MarginFor(const PageCanvas& canvas) {
   const std::int32_t overhang = 2 * (canvas.advances['@'] - canvas.advances[' ']);
-  return std::max(2 * canvas.advances[0xFF], overhang);
+  return std::max(overhang, 0) + canvas.advances[0xFF];
 }
 
 }  // namespace

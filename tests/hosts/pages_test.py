@@ -12,7 +12,7 @@ SCRIPT = """The dog
 It runs after
 the DOG-cart, but the doghouse is empty.
 """
-BUILD = ("--size", "16", "--page", "300x120")
+BUILD = ("--size", "16", "--page", "316x136")
 RED, BLACK, WHITE = (255, 0, 0), (0, 0, 0), (255, 255, 255)
 
 
@@ -66,13 +66,13 @@ class Pages(PagesTest):
         self.assertEqual((self.root / "marked.png").read_bytes(), (self.root / "again.png").read_bytes())
         width, height, plain = read_png(self.root / "plain.png")
         _, _, marked = read_png(self.root / "marked.png")
-        self.assertEqual((width, height), (300, 120))
+        self.assertEqual((width, height), (316, 136))
         red = {(x, y) for y in range(height) for x in range(width) if marked[y][x] == RED}
         self.assertEqual({(x, y) for y in range(height) for x in range(width) if marked[y][x] != plain[y][x]}, red)
         self.assertTrue(all(plain[y][x] == BLACK for x, y in red))
         self.assertTrue(all(colour in (BLACK, WHITE) for row in plain for colour in row))
         # The second line of the page, behind "It ".
-        left, right, top, bottom = 16 + 9, 16 + 60, 16 + 25, 16 + 50
+        left, right, top, bottom = 24 + 9, 24 + 60, 24 + 25, 24 + 50
         self.assertTrue(red and all(left < x < right and top <= y < bottom for x, y in red), red)
         x, y = min(red)
         self.assertIn("runs no longer", self.succeed("pages", "mark", "s.txt", "--page", "2", "--at", f"{x},{y}"))
@@ -96,10 +96,10 @@ class Pages(PagesTest):
         self.assertEqual(self.text()[2], ["empty.", "The end."])
 
     def test_marks_go_along_to_pages_that_cut_other_words(self):
-        self.build("狗" * 9 + "one" + "猫" * 9 + "two" + "鸟" * 30 + "three" + "鱼" * 9, "--size", "16", "--page", "100x60")
+        self.build("狗" * 9 + "one" + "猫" * 9 + "two" + "鸟" * 30 + "three" + "鱼" * 9, "--size", "16", "--page", "116x76")
         self.succeed("pages", "mark", "s.txt", "two")
         for size in ("8", "11", "13", "16"):
-            self.build(self.script.read_bytes(), "--size", size, "--page", "100x60")
+            self.build(self.script.read_bytes(), "--size", size, "--page", "116x76")
             self.assertIn("two", [word for _, word in self.words()], size)
 
     def test_any_encoding_and_line_end_gives_the_same_pages(self):
