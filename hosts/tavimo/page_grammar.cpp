@@ -39,7 +39,7 @@ void AddBuild(Grammar& grammar, CLI::App& pages) {
   command.add_option("--size", setup.sizePx, "Its height in pixels (default: " + std::to_string(setup.sizePx) + ")")
       ->check(Quietly(CLI::Range(kSmallestFontPx, kLargestFontPx)))
       ->type_name("PX");
-  command.add_option("--page", grammar.words.pageSize, "The page in pixels, margins included (default: 640x480)")
+  command.add_option("--page", grammar.words.pageSize, "The page in pixels, margins included (default: 660x500)")
       ->check(PageSizeCheck())
       ->type_name("WxH");
   command.add_option("--spacing", setup.spacing, "Of lines: 0 single, 1 one and a fifth (default), 2 one and a half")

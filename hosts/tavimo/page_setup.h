@@ -13,8 +13,8 @@ enum class LostText { Refuse, Replace };  // what becomes of characters that GBK
 struct PageSetup {
   std::string font = "sans-serif";  // the family, UTF-8
   int sizePx = 20;
-  int width = 640;  // of the page in pixels, margins included
-  int height = 480;
+  int width = 660;  // of the page in pixels, margins included
+  int height = 500;
   int spacing = 1;                      // 0 single, 1 one and a fifth, 2 one and a half
   std::optional<std::string> encoding;  // of the script; none: it tells itself
   LostText lost = LostText::Refuse;
