@@ -57,9 +57,6 @@ class CommandLine {
     }
     const std::vector<std::string> commands = CommandNames(Innermost());
     return commands.empty() ? Finish() : Complain("say what to do: " + Listed(commands));
-    const CLI::App& last = ChosenCommands().empty() ? app : *ChosenCommands().back();
-    if (!CommandNames(last).empty()) return Complain("say what to do: " + Commands(last));
-    return Finish();
   }
 
  private:
@@ -97,7 +94,6 @@ class CommandLine {
   ParsedCommandLine Complain(const std::string& what) {
     std::string command;
     for (const CLI::App* chosen : Chosen()) command += chosen->get_name() + " ";
-    for (const CLI::App* chosen : ChosenCommands()) command += chosen->get_name() + " ";
     std::cerr << "tavimo: " << ReadableText(what) << "\nSee tavimo " << command << "--help\n";
     return {{}, kUsage};
   }
@@ -111,24 +107,6 @@ class CommandLine {
   static std::string Listed(const std::vector<std::string>& names) {
     std::string list;
     for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
-  // The command and, where it is a group of them, the one of the group.
-  std::vector<const CLI::App*> ChosenCommands() const {
-    std::vector<const CLI::App*> chosen;
-    for (const CLI::App* app = &grammar_.app; !app->get_subcommands().empty(); chosen.push_back(app)) {
-      app = app->get_subcommands().front();
-    }
-    return chosen;
-  }
-
-  static std::vector<std::string> CommandNames(const CLI::App& group) {
-    std::vector<std::string> names;
-    for (const CLI::App* command : group.get_subcommands({})) names.push_back(command->get_name());
-    return names;
-  }
-
-  static std::string Commands(const CLI::App& group) {
-    std::string list;
-    for (const std::string& name : CommandNames(group)) list += (list.empty() ? "" : ", ") + name;
     return list;
   }
 
@@ -151,16 +129,6 @@ class CommandLine {
     const std::vector<std::string> commands = CommandNames(innermost);
     if (commands.empty()) return "'" + word + "' is one file too many for " + innermost.get_name();
     return "unknown command '" + word + "'; did you mean " + NearestName(word, commands) + "?";
-    const auto chosen = ChosenCommands();
-    const CLI::App& last = chosen.empty() ? grammar_.app : *chosen.back();
-    if (word.starts_with("-")) {
-      std::vector<std::string> names;
-      AppendOptionNames(last, names);
-      if (!chosen.empty()) AppendOptionNames(grammar_.app, names);
-      return "unknown option '" + word + "'; did you mean " + NearestName(word.substr(0, word.find('=')), names) + "?";
-    }
-    if (CommandNames(last).empty()) return "'" + word + "' is one file too many for " + last.get_name();
-    return "unknown command '" + word + "'; did you mean " + NearestName(word, CommandNames(last)) + "?";
   }
 
   Grammar grammar_;

@@ -25,18 +25,12 @@ constexpr const char* kFooter =
     "in\n"
     "a section [unit1]: 1=Title of the first passage.";
 
-void AddEncoding(Grammar& grammar, CLI::App& command) {
-  command.add_option("--encoding", grammar.words.encoding, "What the script is written in, where that is not clear")
-      ->check(Quietly(CLI::IsMember(EncodingNames())))
-      ->type_name("NAME");
-}
-
 // What a recording's questions are made from.
 void AddSource(Grammar& grammar, CLI::App& command) {
   grammar.AddFile(command);
   command.add_option("--script", grammar.words.script, "The script, where it is not NAME.scr beside the recording")
       ->type_name("SCRIPT");
-  AddEncoding(grammar, command);
+  grammar.AddEncoding(command);
 }
 
 void AddLint(Grammar& grammar, CLI::App& questions) {
@@ -51,7 +45,7 @@ void AddLint(Grammar& grammar, CLI::App& questions) {
   command.add_option("--recording", grammar.words.recording, "The recording whose sentences the script must fit")
       ->excludes(count)
       ->type_name("WAV");
-  AddEncoding(grammar, command);
+  grammar.AddEncoding(command);
 }
 
 void AddShow(Grammar& grammar, CLI::App& questions) {

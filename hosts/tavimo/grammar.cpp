@@ -1,5 +1,6 @@
 #include "grammar.h"
 
+#include "script_text.h"
 #include "text.h"
 
 namespace tavimo::host {
@@ -16,8 +17,6 @@ CLI::App& Grammar::AddCommand(const char* name, const char* about, int (*run)(co
 
 CLI::App& Grammar::AddCommandTo(CLI::App& parent, const char* name, const char* about, int (*run)(const Options&)) {
   CLI::App& command = *parent.add_subcommand(name, about);
-CLI::App& Grammar::AddCommand(CLI::App& group, const char* name, const char* about, int (*run)(const Options&)) {
-  CLI::App& command = *group.add_subcommand(name, about);
   command.callback([this, run] { options.command = run; });
   return command;
 }
@@ -32,6 +31,12 @@ void Grammar::AddFiles(CLI::App& command, const char* about) {
 
 void Grammar::AddDevice(CLI::App& command, const char* about) {
   command.add_option("--device", options.device, about)->type_name("NAME");
+}
+
+void Grammar::AddEncoding(CLI::App& command) {
+  command.add_option("--encoding", words.encoding, "What the script is written in, where that is not clear")
+      ->check(Quietly(CLI::IsMember(EncodingNames())))
+      ->type_name("NAME");
 }
 
 void Grammar::AddAction(CLI::App& command, const char* about, const std::vector<std::string>& actions) {

@@ -44,7 +44,6 @@ struct Words {
   int page = 0;
   int occurrence = 0;
   std::string pageSize;
-  std::string encoding;
   std::string at;
 };
 
@@ -55,13 +54,10 @@ struct Grammar {
 
   CLI::App& AddCommand(const char* name, const char* about, int (*run)(const Options&));
   CLI::App& AddCommandTo(CLI::App& parent, const char* name, const char* about, int (*run)(const Options&));
-  CLI::App& AddCommand(const char* name, const char* about, int (*run)(const Options&)) {
-    return AddCommand(app, name, about, run);
-  }
-  CLI::App& AddCommand(CLI::App& group, const char* name, const char* about, int (*run)(const Options&));
   void AddFile(CLI::App& command, const char* about = "The recording");
   void AddFiles(CLI::App& command, const char* about = "The recordings");
   void AddDevice(CLI::App& command, const char* about);
+  void AddEncoding(CLI::App& command);  // of a script
   void AddAction(CLI::App& command, const char* about, const std::vector<std::string>& actions);
   void AddDigestKind(CLI::App& command);
   void AddStretch(CLI::App& command);

@@ -51,6 +51,6 @@ std::string MomentOf(const fs::path& path) {
   return text;
 }
 
-std::string MomentOf(fs::file_time_type time) { return MomentOf(fs::path(NameOf(time))); }
+std::string MomentOf(fs::file_time_type time) { return MomentOf(fs::path(MomentName(time))); }
 
 }  // namespace tavimo::host

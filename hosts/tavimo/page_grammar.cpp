@@ -1,6 +1,5 @@
 // The words of pages: the script of a lesson, page by page, with the words that the learner marks.
 #include "grammar.h"
-#include "script_text.h"
 
 namespace tavimo::host {
 
@@ -22,7 +21,7 @@ CLI::Validator PointCheck() {
 
 CLI::App& AddPageCommand(Grammar& grammar, CLI::App& pages, const char* name, const char* about,
                          int (*run)(const Options&)) {
-  CLI::App& command = grammar.AddCommand(pages, name, about, run);
+  CLI::App& command = grammar.AddCommandTo(pages, name, about, run);
   command.add_option("SCRIPT", grammar.words.file, "The script, a text file")->required()->type_name("");
   return command;
 }
@@ -45,9 +44,7 @@ void AddBuild(Grammar& grammar, CLI::App& pages) {
   command.add_option("--spacing", setup.spacing, "Of lines: 0 single, 1 one and a fifth (default), 2 one and a half")
       ->check(Quietly(CLI::Range(0, 2)))
       ->type_name("N");
-  command.add_option("--encoding", grammar.words.encoding, "utf-8, utf-16le, utf-16be, gbk, gb18030; told by itself")
-      ->check(Quietly(CLI::IsMember(EncodingNames())))
-      ->type_name("NAME");
+  grammar.AddEncoding(command);
   command.add_flag("--replace", grammar.words.replace, "Make question marks of the characters that GBK lacks");
 }
 

@@ -86,6 +86,8 @@ std::string Utf8FromGbk(std::string_view gbk) {
     utf8 += isText ? converted.data() : "\xEF\xBF\xBD";
   }
   return utf8;
+}
+
 std::string Quoted(const std::string& readable) {
   std::string quoted = "\"";
   for (const char byte : readable) {

@@ -18,6 +18,7 @@ namespace tavimo::host {
 
 // Text of the engine. What is no GBK, such as half a character, becomes U+FFFD.
 [[nodiscard]] std::string Utf8FromGbk(std::string_view gbk);
+
 // Readable text as a JSON string.
 [[nodiscard]] std::string Quoted(const std::string& readable);
 
