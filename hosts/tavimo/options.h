@@ -41,7 +41,6 @@ struct Options {
   std::optional<int> take;
   TakesAction takesAction = TakesAction::List;
   std::string device;  // a wave file's path in it is absolute; empty: the system's choice
-  bool append = false;
   std::optional<std::int64_t> atMs;
   std::optional<std::int64_t> silenceLengthMs;  // that ends a take
   std::optional<std::int64_t> lengthMs;         // of a take, at most
@@ -55,21 +54,22 @@ struct Options {
   std::vector<int> sentences;  // to delete
   std::optional<int> sampleRate;
   std::optional<int> channels;
-  bool force = false;
-  std::vector<std::string> calls;  // of the engine: names, arguments, and "+" between them
-  bool isTraced = false;
+  std::vector<std::string> calls;                  // of the engine: names, arguments, and "+" between them
   std::optional<std::string> encoding;             // of a script, one of EncodingNames
   std::optional<std::filesystem::path> script;     // of the questions, where it does not lie beside the recording
   std::optional<std::filesystem::path> recording;  // whose sentences a script must fit
   std::optional<std::size_t> sentenceCount;        // or how many of them
+  PageSetup pageSetup;
+  std::string word;               // UTF-8
+  std::optional<int> page;        // of a script, from 1
+  std::optional<int> occurrence;  // of the word, from 1
+  std::optional<PagePoint> at;
+  WordsForm wordsForm = WordsForm::Table;
+  bool append = false;
+  bool force = false;
+  bool isTraced = false;
   bool isSilent = false;
   bool onlyWrong = false;
-  PageSetup pageSetup;
-  std::optional<int> page;  // of a script, from 1
-  std::optional<PagePoint> at;
-  std::string word;               // UTF-8
-  std::optional<int> occurrence;  // of the word, from 1
-  WordsForm wordsForm = WordsForm::Table;
 };
 
 int RunInfo(const Options& options);

@@ -47,7 +47,7 @@ std::string LineText(const std::string& text, const ScriptLine& line, const High
 
 void DrawPage(ScriptSession& session, int page, const std::filesystem::path& file) {
   session.LayOutPage(page);
-  const VcDc picture = session.Canvas().picture.get();
+  VcDc picture = session.Canvas().picture.get();
   if (vcDisplayPage(picture) <= 0) throw Refusal("page " + std::to_string(page + 1) + " cannot be drawn");
   SavePicture(picture, file);
 }
