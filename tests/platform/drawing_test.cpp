@@ -301,6 +301,8 @@ TEST_F(TextMeasureTest, PaintsTheSamePixelsWhereverTheyAreSeen) {
   platform::PaintText(small, 0, 0, "\t\n\x7F ", kAdvances);  // a font may have boxes for these
   platform::PaintText(small, 0, 0, "WWW", {});
   EXPECT_EQ(RowsOf(small), before);
+}
+
 TEST_F(TextMeasureTest, ListsTheFontsThatCanBeSelected) {
   std::vector<char> names(1 << 16);
   const int size = tvListFonts(names.data(), static_cast<int>(names.size()));
