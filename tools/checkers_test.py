@@ -9,7 +9,7 @@ import check_header_tags
 import check_layering
 import check_words
 import house
-from make_export_lists import Export
+from make_export_lists import Argument, Export
 
 FUNCTIONS = [
     ('a function at the edge of the file', 'int f() {\n  return 1;\n}\n', [(1, 3)]),
@@ -72,7 +72,10 @@ TAGS = [
     ('an empty promise', GOOD_TAGS.replace('@failure none.', '@failure '), 'int32_t', 1),
 ]
 
-TABLE = [Export('vcA', 'first', 4, True, ''), Export('vcB', 'first', 12, True, ''), Export('vcC', 'first', 4, False, '')]
+TABLE = [Export('vcA', 'first', 4, True, '', [Argument('window', '', 'window', '')], [], ''),
+         Export('vcB', 'first', 12, True, '', [Argument('path', '', 'text', ''), Argument('seconds', '', 'double', '')],
+                [], 'int32'),
+         Export('vcC', 'first', 4, False, '', [], [], '')]
 HEADING = '/* ====\n * first: things\n * ==== */\n'
 DECLARED_A = 'VC_API void VC_CALL vcA(VcWindow window) VC_NOEXCEPT;\n'
 DECLARED_B = 'VC_API int32_t VC_CALL vcB(const char* path,\n    double seconds) VC_NOEXCEPT;\n'
@@ -82,7 +85,9 @@ EXPORTS = [
     ('one twice', HEADING + DECLARED_A + DECLARED_A + DECLARED_B, 2),
     ('another order', HEADING + DECLARED_B + DECLARED_A, 1),
     ('one that is only planned', HEADING + DECLARED_A + DECLARED_B + DECLARED_A.replace('vcA', 'vcC'), 1),
-    ('arguments of another size', HEADING + DECLARED_A + DECLARED_B.replace('double', 'float'), 1),
+    ('arguments of another size', HEADING + DECLARED_A + DECLARED_B.replace('double', 'float'), 2),
+    ('an argument of another kind', HEADING + DECLARED_A + DECLARED_B.replace('const char', 'char'), 1),
+    ('another result', HEADING + DECLARED_A + DECLARED_B.replace('int32_t', 'double'), 1),
     ('under another family', HEADING.replace('first', 'second') + DECLARED_A + DECLARED_B, 2),
 ]
 
