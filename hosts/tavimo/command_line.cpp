@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "grammar.h"
+#include "lesson_files.h"
 #include "nearest_name.h"
 #include "system.h"
 #include "text.h"
@@ -68,7 +69,7 @@ class CommandLine {
                             options.command == RunImport || options.command == RunCall;
     if (options.home.empty() && !isHomeless) return Complain("no data folder is known; name one with --home");
     if (!words.file.empty()) words.files = {words.file};
-    for (const std::string& file : words.files) options.files.push_back(Absolute(file));
+    for (const std::string& file : words.files) options.files.push_back(NamedRecording(Absolute(file)));
     options.hasOutput = !words.output.empty();
     options.output = words.output.empty() ? fs::current_path() : Absolute(words.output);
     for (const auto& finish : {FinishLesson, FinishVoice, FinishEditing, FinishHost, FinishExercises, FinishPages}) {

@@ -1,13 +1,18 @@
 // `tavimo lesson`: the whole road of each recording in one go.
 #include <iostream>
+#include <optional>
 #include <set>
 
+#include "bookmark_list.h"
 #include "comparison.h"
 #include "exercise_list.h"
+#include "lesson_files.h"
+#include "lesson_page.h"
 #include "options.h"
 #include "question_files.h"
 #include "recorder.h"
 #include "refusal.h"
+#include "script_pages.h"
 #include "sentence_finder.h"
 #include "sentence_table.h"
 #include "system.h"
@@ -63,13 +68,52 @@ void RecordLearner(LessonSession& session, const Digest& digest, int sentence, c
   std::cout << "picture: " << Readable(picture) << '\n';
 }
 
-void ListExercises(LessonSession& session) {
-  if (!FileBeside(session.Recording(), ".scr")) return;
-  RefreshQuestions(session, {});
-  PrintExercises(std::cout, session, ReadExercises(session));
+// What belongs to the exercises must not cost the learner the rest of the lesson.
+template <typename Work>
+bool TryPart(const fs::path& file, Work work) try {
+  work();
+  return true;
+} catch (const Refusal& refusal) {
+  std::cerr << "tavimo: " << Readable(file.filename()) << ": " << refusal.what() << '\n';
+  return false;
 }
 
-void TakeLesson(const Options& options, const fs::path& file, std::set<fs::path>& taken) {
+bool AddExercises(LessonSession& session, LessonPage& page) {
+  const auto script = FileBeside(session.Recording(), ".scr");
+  if (!script) return true;
+  return TryPart(*script, [&] {
+    RefreshQuestions(session, {});
+    const std::vector<Exercise> exercises = ReadExercises(session);
+    PrintExercises(std::cout, session, exercises);
+    page.AddExercises(exercises);
+    if (const auto picture = PictureOf(session)) page.AddPicture(*picture);
+  });
+}
+
+bool AddScript(const Options& options, const fs::path& recording, LessonPage& page) {
+  const auto script = FileBeside(recording, ".txt");
+  if (!script) return true;
+  return TryPart(*script, [&] {
+    int count = 0;
+    DrawScriptPages(options.home, *script, [&](const fs::path& png) {
+      page.AddScriptPage(png);
+      ++count;
+    });
+    std::cout << Readable(script->filename()) << ": " << Counted(static_cast<std::size_t>(count), "page") << '\n';
+  });
+}
+
+void AddTakeOfLearner(const Options& options, LessonSession& session, const Digest& digest, std::set<fs::path>& taken) {
+  const fs::path learner = fs::path(session.Recording()).replace_extension(".learner.wav");
+  std::error_code error;  // a name may be too long for an ending more
+  if (!fs::exists(learner, error) || HasTake(options.learnerSentence)) return;
+  RecordLearner(session, digest, options.learnerSentence, learner,
+                PictureFile(options.output, session.Recording(), "-compare", taken));
+}
+
+// The part of the road that needs the recording open. False when some of it could not be done.
+bool TakeRecording(const Options& options, const fs::path& file, std::set<fs::path>& taken,
+                   std::optional<LessonPage>& page) {
   LessonSession session(options.home, file);
   const Digest digest = OpenDigest(session, options.digestKind);
   const Sentences sentences = LoadOrCut(session, digest);
@@ -81,13 +125,41 @@ void TakeLesson(const Options& options, const fs::path& file, std::set<fs::path>
   const fs::path picture = PictureFile(options.output, session.Recording(), "-wave", taken);
   SaveWavePicture(request, picture);
   std::cout << "picture: " << Readable(picture) << '\n';
-  const fs::path learner = fs::path(session.Recording()).replace_extension(".learner.wav");
-  std::error_code error;  // a name may be too long for an ending more
-  if (fs::exists(learner, error)) {
-    RecordLearner(session, digest, options.learnerSentence, learner,
-                  PictureFile(options.output, session.Recording(), "-compare", taken));
+  AddTakeOfLearner(options, session, digest, taken);
+  page.emplace(session, digest.levels, sentences.startsMs);
+  (void)session.LoadStudyFile();
+  page->AddBookmarks(Bookmarks(session));
+  return AddExercises(session, *page);
+}
+
+// One lesson is lesson.html; several have their names before it.
+fs::path PageFile(const Options& options, const fs::path& recording, std::size_t lessonCount) {
+  if (lessonCount == 1) return options.output / "lesson.html";
+  const std::string name = Shortened(Utf8(recording.stem()), kLongestPictureStem) + "-lesson.html";
+  return options.output / PathFromUtf8(name);
+}
+
+bool TakeLesson(const Options& options, const fs::path& file, const fs::path& pageFile, std::set<fs::path>& taken) {
+  std::optional<LessonPage> page;
+  const bool isRecordingDone = TakeRecording(options, file, taken, page);
+  StopIfInterrupted();
+  const bool isScriptDone = AddScript(options, file, *page);
+  page->Save(pageFile);
+  std::cout << "page: " << Readable(pageFile) << '\n';
+  return isRecordingDone && isScriptDone;
+}
+
+// The recordings of everything that was named; what is none is told and left out.
+std::vector<fs::path> AllRecordings(const Options& options, int& exitCode) {
+  std::vector<fs::path> recordings;
+  for (const fs::path& name : options.files) {
+    const bool isDone = TryPart(name, [&] {
+      const std::vector<fs::path> found = LessonRecordings(name);
+      recordings.insert(recordings.end(), found.begin(), found.end());
+    });
+    if (!isDone) exitCode = kRefused;
   }
-  ListExercises(session);
+  return recordings;
 }
 
 }  // namespace
@@ -96,14 +168,13 @@ int RunLesson(const Options& options) {
   RecoverAtStart(options.home);
   int exitCode = kDone;
   std::set<fs::path> taken;
-  for (const fs::path& file : options.files) {
+  const std::vector<fs::path> recordings = AllRecordings(options, exitCode);
+  for (const fs::path& recording : recordings) {
     StopIfInterrupted();
-    try {
-      TakeLesson(options, file, taken);
-    } catch (const Refusal& refusal) {
-      std::cerr << "tavimo: " << Readable(file.filename()) << ": " << refusal.what() << '\n';
-      exitCode = kRefused;
-    }
+    const fs::path page = PageFile(options, recording, recordings.size());
+    bool isWhole = false;
+    const bool isDone = TryPart(recording, [&] { isWhole = TakeLesson(options, recording, page, taken); });
+    if (!isDone || !isWhole) exitCode = kRefused;
   }
   return exitCode;
 }

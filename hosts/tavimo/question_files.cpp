@@ -22,11 +22,6 @@ fs::path InTemp(const LessonSession& session, const char* extension) {
   return fs::path(session.DigestPath()).replace_extension(extension);
 }
 
-std::string LowerCase(std::string text) {
-  for (char& byte : text) byte = byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-  return text;
-}
-
 ScriptText ReadNamed(const fs::path& file, const std::optional<std::string>& encoding) {
   try {
     return ReadScriptText(file, encoding);
@@ -140,17 +135,6 @@ std::size_t SentenceCount(LessonSession& session) {
   const std::size_t count = session.LoadStudyFile().size();
   if (count == 0) throw Refusal("it was not cut into sentences yet; tavimo cut does that");
   return count;
-}
-
-std::optional<fs::path> FileBeside(const fs::path& recording, const std::string& extension) {
-  const fs::path expected = fs::path(recording).replace_extension(extension);
-  std::error_code error;
-  if (fs::exists(expected, error)) return expected;
-  const std::string name = LowerCase(Utf8(expected.filename()));
-  for (const auto& entry : fs::directory_iterator(recording.parent_path(), error)) {
-    if (LowerCase(Utf8(entry.path().filename())) == name) return entry.path();
-  }
-  return {};
 }
 
 std::size_t CompileQuestions(LessonSession& session, const QuestionSource& source) {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "lesson_files.h"
 #include "lesson_session.h"
 #include "question_lint.h"
 #include "script_text.h"
@@ -32,10 +33,6 @@ struct CheckedScript {
 
 // How many sentences the recording has; a Refusal when it was not cut.
 [[nodiscard]] std::size_t SentenceCount(LessonSession& session);
-
-// A file beside the recording with this extension, in whatever case its name is written.
-[[nodiscard]] std::optional<std::filesystem::path> FileBeside(const std::filesystem::path& recording,
-                                                              const std::string& extension);
 
 // Compiles; what the check finds goes to standard error. Returns the number of records. A Refusal after a fault, and then
 // there are no questions.

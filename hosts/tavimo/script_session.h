@@ -43,7 +43,11 @@ class ScriptSession {
   // What an earlier build made, as long as it belongs to this text; for moving its marks to other pages.
   [[nodiscard]] bool OpenEarlier(const EngineText& text);
 
+  // Whether some earlier command has made pages.
+  [[nodiscard]] bool IsBuilt() const { return built_.has_value(); }
+
   // After Build or Open.
+  [[nodiscard]] const PageSetup& Setup() const { return built_->setup; }
   [[nodiscard]] const PageCanvas& Canvas() const { return *canvas_; }
   [[nodiscard]] const std::string& Text() const { return text_; }
   [[nodiscard]] int PageCount() const { return static_cast<int>(pages_.size()) - 1; }

@@ -11,7 +11,8 @@ namespace tavimo::host {
   FUNCTION(sf_open)                        \
   FUNCTION(sf_close)                       \
   FUNCTION(sf_error)                       \
-  FUNCTION(sf_readf_float)
+  FUNCTION(sf_readf_float)                 \
+  FUNCTION(sf_writef_float)
 
 #define TAVIMO_RESAMPLER_FUNCTIONS(FUNCTION) \
   FUNCTION(src_new)                          \

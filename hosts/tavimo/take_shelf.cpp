@@ -82,6 +82,11 @@ std::vector<Take> ListTakes() {
   return takes;
 }
 
+bool HasTake(int sentence) {
+  const std::vector<Take> takes = ListTakes();
+  return std::any_of(takes.begin(), takes.end(), [sentence](const Take& take) { return take.sentence == sentence; });
+}
+
 Take ChooseTake(std::optional<int> sentence, std::optional<int> number) {
   std::vector<Take> takes = ListTakes();
   std::erase_if(takes, [&](const Take& take) { return sentence && take.sentence != *sentence; });

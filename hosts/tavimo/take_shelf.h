@@ -39,6 +39,8 @@ void MakeRoomForTake(int sentence);
 // In the order of sentences, those recovered last, and of time.
 [[nodiscard]] std::vector<Take> ListTakes();
 
+[[nodiscard]] bool HasTake(int sentence);
+
 // The take of that number; without one the newest, without a sentence the newest of the lesson. A Refusal where there is
 // none.
 [[nodiscard]] Take ChooseTake(std::optional<int> sentence, std::optional<int> number);
