@@ -256,6 +256,15 @@ std::pair<int, int> SizeIn(const std::string& word) {
   return {width, height};
 }
 
+void SelectFont(VcDc picture, const std::string& family, const std::string& height) {
+  int pixels = 0;
+  const auto [stop, error] = std::from_chars(height.data(), height.data() + height.size(), pixels);
+  const bool isNumber = error == std::errc() && stop == height.data() + height.size();
+  if (!isNumber || tvSelectFont(picture, family.c_str(), pixels) != 0) {
+    throw Refusal("there is no font " + ReadableText(family) + " of " + ReadableText(height) + " pixels");
+  }
+}
+
 std::vector<std::string> Split(const std::string& word) {
   std::vector<std::string> parts;
   std::istringstream stream(word);
@@ -285,9 +294,7 @@ VcDc CallObjects::DeviceContext(const std::string& word) {
   if (parts.size() < 2) throw Refusal("a device context is named NAME:WIDTHxHEIGHT the first time");
   const auto [width, height] = SizeIn(parts[1]);
   Picture picture = MakePicture(width, height);
-  if (parts.size() == 4 && tvSelectFont(picture.get(), parts[2].c_str(), std::atoi(parts[3].c_str())) != 0) {
-    throw Refusal("there is no font " + ReadableText(parts[2]));
-  }
+  if (parts.size() == 4) SelectFont(picture.get(), parts[2], parts[3]);
   return (pictures_[parts.front()] = std::move(picture)).get();
 }
 

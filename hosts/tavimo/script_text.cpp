@@ -119,6 +119,7 @@ void Encode(const std::string& utf8, ScriptText& text) {
 const std::vector<std::string>& EncodingNames() {
   static const std::vector<std::string> names = [] {
     std::vector<std::string> list;
+    list.reserve(kEncodings.size());
     for (const KnownEncoding& known : kEncodings) list.emplace_back(known.name);
     return list;
   }();
