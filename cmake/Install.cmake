@@ -36,4 +36,5 @@ add_custom_command(
   VERBATIM)
 add_custom_target(tavimo_python ALL DEPENDS ${pythonBinding})
 install(FILES ${pythonBinding} DESTINATION ${CMAKE_INSTALL_DATADIR}/tavimo/python)
-install(FILES examples/host.c examples/record.c examples/host.py DESTINATION ${CMAKE_INSTALL_DATADIR}/tavimo/examples)
+install(FILES examples/host.c examples/record.c examples/host.py examples/read_files.py
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/tavimo/examples)

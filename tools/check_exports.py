@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Holds three things against one another: the table of exports, the public header and the built library. The table has
 every name once with a plausible size of arguments; the header declares exactly the built exports, in the table's order,
-under their family's heading and with arguments that fill the stated stack bytes; the library exports exactly the built
-names and the host kit's, and a second name has the address of the first. What the comments say is check_header_tags.py's
-business."""
+under their family's heading, with the stated arguments, which fill the stated stack bytes; the library exports exactly
+the built names and the host kit's, and a second name has the address of the first; the guide and some test name every
+export. What the comments say is check_header_tags.py's business."""
 import argparse
 import re
 import subprocess
@@ -15,6 +15,7 @@ from make_export_lists import kit_names, read_table
 TABLE = Path('exports/tavimo.exports')
 HEADER = Path('include/tavimo.h')
 KIT = Path('include/tavimo_host.h')
+GUIDE = Path('docs/host-guide.md')
 EXPORT_COUNT = 104
 LARGEST_STACK_BYTES = 32
 DECLARATION = re.compile(r'^VC_API\b([^;()]*?)\bVC_CALL\s+(\w+)\(([^;]*?)\)\s*VC_NOEXCEPT;', re.M)
@@ -105,12 +106,22 @@ def library_rows(exports, library):
             yield library, 1, f'{export.name} and {export.alias_of} are not the same entry'
 
 
+def absence_rows(exports):
+    """An export that the guide does not name cannot be found, and one that no test names may be broken."""
+    guide = house.read(GUIDE)
+    tests = '\n'.join(house.read(path) for path in house.files(('.cpp', '.c', '.py'), 'tests'))
+    for export in exports:
+        for path, text in ((GUIDE, guide), (Path('tests'), tests)):
+            if export.built and not re.search(rf'\b{export.name}\b', text):
+                yield path, 1, f'{export.name} is named nowhere'
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument('--library', help='the built library; without it, table and header alone are compared')
     library = parser.parse_args().library
     exports = read_table(house.ROOT / TABLE)
-    rows = [*table_rows(exports), *header_rows(exports, house.read(HEADER))]
+    rows = [*table_rows(exports), *header_rows(exports, house.read(HEADER)), *absence_rows(exports)]
     if library:
         rows += library_rows(exports, library)
     house.report(rows)

@@ -38,6 +38,7 @@ TEST_F(HostWindowsTest, PassCaptureMessagesOnWhileNoCaptureRuns) {
   }
   EXPECT_EQ(HidedWndProcIn(window, 0x3C0, 1, 2), 4711);
   vcSetWaveInAndOutWndProc(0, nullptr);
+  vcSetDebugWnd(window);
   EXPECT_EQ(tvSendMessage(window, 0x400, 0, 0), 4711) << "a null window changes nothing";
 }
 

@@ -3,6 +3,7 @@ package and once through pkg-config, and the Python one over the generated bindi
 
 import os
 import pathlib
+import struct
 import subprocess
 import sys
 import tempfile
@@ -74,6 +75,30 @@ class OutsidePrograms(unittest.TestCase):
         where = self.environment(PYTHONPATH=str(self.prefix / "share/tavimo/python"))
         said = run(sys.executable, "-B", self.examples / "host.py", self.library, "lesson.wav", cwd=self.root, env=where)
         self.assertTrue(said.startswith("74 seconds\nsentence 1 at "), said)
+
+    def test_the_reader_of_side_files_reads_what_the_formats_page_shows(self):
+        index = struct.pack("<5i32x", 2, 0, 0, 4, 0) + struct.pack("<5i32x", 3, 1, 4, 12, 0)
+        files = {
+            "a.tmp": bytes.fromhex("000000323200000000 3C0000"),
+            "a.zud": bytes.fromhex("3CF00000C4E3BAC30000000000000000") + bytes(304) + bytes.fromhex("2800000018010000"),
+            "a.tst": index,
+            "a.wz": b"Hi.\nWho?\n\0A.\nB.\n",
+            "a.pag": bytes.fromhex("0000000000000000 0600000002000000 0B00000004000000"),
+            "a.hlt": bytes.fromhex("100100"),
+        }
+        for name, content in files.items():
+            (self.root / name).write_bytes(content)
+        shown = [name for name in files if name != "a.wz"]
+        said = run(sys.executable, "-B", self.examples / "read_files.py", *shown, cwd=self.root).splitlines()
+        self.assertEqual(said, [
+            "a.tmp: 12 levels, 480 ms, the loudest 60",
+            "a.zud: bookmarks [(61500, '你好')], sentences at [40, 280]",
+            "a.tst:",
+            "  type 2, answer A, passage 0: 'Hi.\\n'",
+            "  type 3, answer B, passage 0: 'Who?\\nA.\\nB.\\n'",
+            "a.pag: pages and words from [(0, 0), (6, 2), (11, 4)]",
+            "a.hlt: marked words [1, 7]",
+        ])
 
 
 if __name__ == "__main__":
