@@ -149,17 +149,22 @@ bool TakeLesson(const Options& options, const fs::path& file, const fs::path& pa
   return isRecordingDone && isScriptDone;
 }
 
-// The recordings of everything that was named; what is none is told and left out.
-std::vector<fs::path> AllRecordings(const Options& options, int& exitCode) {
-  std::vector<fs::path> recordings;
-  for (const fs::path& name : options.files) {
-    const bool isDone = TryPart(name, [&] {
-      const std::vector<fs::path> found = LessonRecordings(name);
-      recordings.insert(recordings.end(), found.begin(), found.end());
-    });
-    if (!isDone) exitCode = kRefused;
+// A recording to take, or why there is none.
+struct Named {
+  fs::path file;
+  std::string problem;
+};
+
+std::vector<Named> AllRecordings(const std::vector<fs::path>& names) {
+  std::vector<Named> all;
+  for (const fs::path& name : names) {
+    try {
+      for (const fs::path& recording : LessonRecordings(name)) all.push_back({recording, {}});
+    } catch (const Refusal& refusal) {
+      all.push_back({name, refusal.what()});
+    }
   }
-  return recordings;
+  return all;
 }
 
 }  // namespace
@@ -168,12 +173,15 @@ int RunLesson(const Options& options) {
   RecoverAtStart(options.home);
   int exitCode = kDone;
   std::set<fs::path> taken;
-  const std::vector<fs::path> recordings = AllRecordings(options, exitCode);
-  for (const fs::path& recording : recordings) {
+  const std::vector<Named> lessons = AllRecordings(options.files);
+  for (const Named& lesson : lessons) {
     StopIfInterrupted();
-    const fs::path page = PageFile(options, recording, recordings.size());
+    const fs::path page = PageFile(options, lesson.file, lessons.size());
     bool isWhole = false;
-    const bool isDone = TryPart(recording, [&] { isWhole = TakeLesson(options, recording, page, taken); });
+    const bool isDone = TryPart(lesson.file, [&] {
+      if (!lesson.problem.empty()) throw Refusal(lesson.problem);
+      isWhole = TakeLesson(options, lesson.file, page, taken);
+    });
     if (!isDone || !isWhole) exitCode = kRefused;
   }
   return exitCode;

@@ -53,7 +53,7 @@ std::vector<fs::path> RecordingsIn(const fs::path& folder) {
   }
   std::sort(others.begin(), others.end());
   for (const fs::path& other : others) recordings.insert(ImportBeside(other));
-  if (recordings.empty()) throw Refusal("there is no recording in it");
+  if (recordings.empty()) throw Refusal("it is a folder, and there is no recording in it");
   return {recordings.begin(), recordings.end()};
 }
 
