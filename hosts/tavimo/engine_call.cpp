@@ -168,6 +168,7 @@ Value ValueFor(const ArgumentRow& row, const std::string& word, CallObjects& obj
     value.fraction = Parse<double>(word, row);
   } else if (row.kind == Kind::Text) {
     const std::string text = TextFor(row, word);
+    objects.NoteFile(word);
     value.bytes.assign(text.c_str(), text.c_str() + text.size() + 1);
   } else if (row.kind == Kind::Bytes) {
     value.bytes = Hexadecimal(row, word);
@@ -204,7 +205,8 @@ std::vector<Value> ValuesFor(const ExportRow& exported, const std::vector<std::s
   for (std::size_t i = 0; i < values.size(); ++i) {
     const ArgumentRow& row = exported.arguments[i];
     if (row.flow == Flow::Value) continue;
-    values[i].bytes.resize(std::max(values[i].bytes.size(), RoomFor(row, exported, values)) + 1);
+    const std::size_t fileRoom = row.kind == Kind::Text ? objects.LargestFile() : 0;
+    values[i].bytes.resize(std::max({values[i].bytes.size(), RoomFor(row, exported, values), fileRoom}) + 1);
   }
   return values;
 }
@@ -276,6 +278,14 @@ std::vector<std::string> Split(const std::string& word) {
 
 CallObjects::~CallObjects() {
   for (const auto& [name, window] : windows_) tvDestroyWindow(window);
+}
+
+void CallObjects::NoteFile(const std::string& word) {
+  std::string native = word;
+  std::replace(native.begin(), native.end(), '\\', '/');
+  std::error_code error;
+  const std::uintmax_t byteCount = std::filesystem::file_size(PathFromUtf8(native), error);
+  if (!error) largestFile_ = std::max(largestFile_, static_cast<std::size_t>(byteCount));
 }
 
 VcWindow CallObjects::Window(const std::string& word) {

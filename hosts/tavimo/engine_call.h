@@ -25,12 +25,17 @@ class CallObjects {
   [[nodiscard]] VcWindow Window(const std::string& word);
   [[nodiscard]] VcDc DeviceContext(const std::string& word);
 
+  // The largest file that was named in the run: no text that comes out of one is longer.
+  void NoteFile(const std::string& word);
+  [[nodiscard]] std::size_t LargestFile() const { return largestFile_; }
+
   // The lines of every list box, and where every picture was saved: NAME.png in the current directory.
   [[nodiscard]] std::string Describe() const;
 
  private:
   std::map<std::string, VcWindow> windows_;
   std::map<std::string, Picture> pictures_;
+  std::size_t largestFile_ = 0;
 };
 
 // Calls an export and returns lines of "NAME = result" and of what it wrote. Arguments that the export only writes have no

@@ -82,8 +82,7 @@ bool AddExercises(LessonSession& session, LessonPage& page) {
   const auto script = FileBeside(session.Recording(), ".scr");
   if (!script) return true;
   return TryPart(*script, [&] {
-    RefreshQuestions(session, {});
-    const std::vector<Exercise> exercises = ReadExercises(session);
+    const std::vector<Exercise> exercises = LoadExercises(session, {});
     PrintExercises(std::cout, session, exercises);
     page.AddExercises(exercises);
     if (const auto picture = PictureOf(session)) page.AddPicture(*picture);

@@ -21,9 +21,7 @@ namespace {
 
 constexpr std::size_t kMostColumns = 200;  // of a wave
 
-constexpr std::string_view kTemplate =
-#include "lesson_page.inc"
-    ;
+#include "lesson_page.inc"  // kTemplate
 constexpr std::string_view kDataPlace = "/*LESSON*/";
 
 template <typename Item, typename ToJson>

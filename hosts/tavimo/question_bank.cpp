@@ -91,11 +91,14 @@ Exercise ReadExercise(OpenBank& bank, std::int32_t item) {
   Exercise exercise;
   std::int32_t answer = 0;
   const std::int32_t type = vcReadCurQuestion(item, &answer);
-  if (type < 0 || type > 3) throw Refusal("its compiled questions are damaged; tavimo questions compile mends them");
+  const bool isQuestion = type == 0 || type == 3;
+  if (type < 0 || type > 3 || (isQuestion && (answer < 0 || answer >= kLetters))) {
+    throw Refusal("its compiled questions are damaged; tavimo questions compile mends them");
+  }
   exercise.kind = static_cast<ExerciseKind>(type);
   exercise.sentence = item + 1;
   if (exercise.IsQuestion()) {
-    if (answer >= 0 && answer < kLetters) exercise.answer = static_cast<char>('A' + answer);
+    exercise.answer = static_cast<char>('A' + answer);
     exercise.text = bank.Question();
     exercise.choices = bank.Choices();
   } else {

@@ -28,7 +28,7 @@ struct Exercise {
   }
 };
 
-// One for each sentence. REQUIRES: RefreshQuestions.
+// One for each sentence, as they are compiled; LoadExercises brings them up to date.
 [[nodiscard]] std::vector<Exercise> ReadExercises(const LessonSession& session);
 
 // The picture of the lesson, beside its recording.

@@ -1,9 +1,14 @@
 #include "question_files.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
 #include <iostream>
 
+#include "lesson_lock.h"
 #include "new_file.h"
+#include "page_data.h"
 #include "refusal.h"
 #include "tavimo.h"
 #include "tavimo_host.h"
@@ -16,6 +21,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kIndexRecordBytes = 52;
+constexpr const char* kLockFile = "questions.lock";
 constexpr const char* kTitles = "article.txt";  // the name that the engine looks for in the current directory
 
 fs::path InTemp(const LessonSession& session, const char* extension) {
@@ -90,10 +96,30 @@ std::optional<fs::path> ScriptOf(const LessonSession& session, const QuestionSou
   return source.script ? source.script : FileBeside(session.Recording(), ".scr");
 }
 
-bool IsCurrent(const fs::path& index, const fs::path& script, std::size_t sentenceCount) {
+bool HasBytes(const fs::path& file, const std::string& bytes) {
+  return HasSize(file, bytes.size()) && FileBytes(file) == bytes;
+}
+
+// Whether the texts of the last record are there too.
+bool HoldsItsTexts(const fs::path& index) {
+  constexpr std::size_t kTextOffsetAt = 8;
+  const std::string records = FileBytes(index);
+  if (records.size() < kIndexRecordBytes) return false;
+  std::array<std::uint32_t, 2> text{};  // where it begins, how long it is; the index is little-endian, as the host is
+  std::memcpy(text.data(), records.data() + records.size() - kIndexRecordBytes + kTextOffsetAt, sizeof text);
   std::error_code error;
-  return HasSize(index, sentenceCount * kIndexRecordBytes) &&
-         fs::last_write_time(index, error) == fs::last_write_time(script, error) && !error;
+  const std::uintmax_t held = fs::file_size(fs::path(index).replace_extension(".wz"), error);
+  return !error && held >= std::uintmax_t{text[0]} + text[1];
+}
+
+// Two scripts may have one time, as those of one archive do.
+bool IsCurrent(const LessonSession& session, const fs::path& script, const QuestionSource& source,
+               std::size_t sentenceCount) {
+  const fs::path index = QuestionIndex(session);
+  std::error_code error;
+  return HasSize(index, sentenceCount * kIndexRecordBytes) && HoldsItsTexts(index) &&
+         fs::last_write_time(index, error) == fs::last_write_time(script, error) && !error &&
+         HasBytes(InTemp(session, ".scr"), ReadNamed(script, source.encoding).gbk);
 }
 
 ScriptText ReadTitles(const fs::path& file) {
@@ -104,16 +130,55 @@ ScriptText ReadTitles(const fs::path& file) {
   }
 }
 
+// The copy is written only where it differs: a list may be shown by several programs at once, and from a home that is
+// read-only.
 void RefreshTitles(const LessonSession& session) {
-  const fs::path source = session.Recording().parent_path() / kTitles;
+  const auto source = FileBeside(session.Recording().parent_path() / kTitles, ".txt");
   std::error_code error;
-  if (!fs::exists(source, error)) {
+  if (!source) {
     fs::remove(kTitles, error);
     return;
   }
-  const ScriptText text = ReadTitles(source);
-  std::cerr << DescribeLost(source, text);
-  WriteNew(fs::absolute(kTitles), text.gbk);
+  const ScriptText text = ReadTitles(*source);
+  std::cerr << DescribeLost(*source, text);
+  if (!HasBytes(kTitles, text.gbk)) WriteNew(fs::absolute(kTitles), text.gbk);
+}
+
+std::size_t Compile(LessonSession& session, const QuestionSource& source) {
+  const auto script = ScriptOf(session, source);
+  if (!script) {
+    const fs::path expected = fs::path(session.Recording()).replace_extension(".scr");
+    throw Refusal("it has no questions; write them in " + Readable(expected) + ", or name their --script");
+  }
+  const std::size_t sentenceCount = SentenceCount(session);
+  std::error_code error;
+  const fs::file_time_type time = fs::last_write_time(*script, error);  // before the reading: a later change shows
+  const CheckedScript checked = CheckScript(*script, source.encoding, sentenceCount);
+  std::cerr << checked.lines;
+  if (checked.faultCount > 0) {
+    throw Refusal("its questions have " + Counted(checked.faultCount, "fault") + " and were not compiled");
+  }
+  const fs::path copy = InTemp(session, ".scr");
+  WriteNew(copy, checked.text.gbk);
+  RunCompiler(session, copy, sentenceCount);
+  fs::last_write_time(QuestionIndex(session), time, error);
+  return sentenceCount;
+}
+
+// Without a script beside the recording those that were compiled last stay, as long as they fit its sentences.
+void CheckCompiled(LessonSession& session) {
+  const std::size_t indexBytes = SentenceCount(session) * kIndexRecordBytes;
+  if (!fs::exists(QuestionIndex(session)) || HasSize(QuestionIndex(session), indexBytes)) return;
+  throw Refusal("its sentences are others than when its questions were compiled; name their --script again");
+}
+
+void Refresh(LessonSession& session, const QuestionSource& source) {
+  const auto script = ScriptOf(session, source);
+  if (!script) CheckCompiled(session);
+  const bool canStay =
+      script ? IsCurrent(session, *script, source, SentenceCount(session)) : fs::exists(QuestionIndex(session));
+  if (!canStay) Compile(session, source);
+  RefreshTitles(session);
 }
 
 }  // namespace
@@ -138,32 +203,14 @@ std::size_t SentenceCount(LessonSession& session) {
 }
 
 std::size_t CompileQuestions(LessonSession& session, const QuestionSource& source) {
-  const auto script = ScriptOf(session, source);
-  if (!script) {
-    const fs::path expected = fs::path(session.Recording()).replace_extension(".scr");
-    throw Refusal("it has no questions; write them in " + Readable(expected) + ", or name their --script");
-  }
-  const std::size_t sentenceCount = SentenceCount(session);
-  std::error_code error;
-  const fs::file_time_type time = fs::last_write_time(*script, error);  // before the reading: a later change shows
-  const CheckedScript checked = CheckScript(*script, source.encoding, sentenceCount);
-  std::cerr << checked.lines;
-  if (checked.faultCount > 0) {
-    throw Refusal("its questions have " + Counted(checked.faultCount, "fault") + " and were not compiled");
-  }
-  const fs::path copy = InTemp(session, ".scr");
-  WriteNew(copy, checked.text.gbk);
-  RunCompiler(session, copy, sentenceCount);
-  fs::last_write_time(QuestionIndex(session), time, error);
-  return sentenceCount;
+  const LessonLock lock(kLockFile, kChangingElsewhere, WhenHeld::Wait);
+  return Compile(session, source);
 }
 
-void RefreshQuestions(LessonSession& session, const QuestionSource& source) {
-  const auto script = ScriptOf(session, source);
-  const bool canStay =
-      script ? IsCurrent(QuestionIndex(session), *script, SentenceCount(session)) : fs::exists(QuestionIndex(session));
-  if (!canStay || source.encoding) CompileQuestions(session, source);
-  RefreshTitles(session);
+std::vector<Exercise> LoadExercises(LessonSession& session, const QuestionSource& source) {
+  const LessonLock lock(kLockFile, kChangingElsewhere, WhenHeld::Wait);
+  Refresh(session, source);
+  return ReadExercises(session);
 }
 
 fs::path QuestionIndex(const LessonSession& session) { return InTemp(session, ".tst"); }

@@ -10,6 +10,7 @@
 
 #include "lesson_files.h"
 #include "lesson_session.h"
+#include "question_bank.h"
 #include "question_lint.h"
 #include "script_text.h"
 
@@ -38,8 +39,8 @@ struct CheckedScript {
 // there are no questions.
 std::size_t CompileQuestions(LessonSession& session, const QuestionSource& source);
 
-// Compiles where the index is older than the script or the sentences, and brings the titles up to date.
-void RefreshQuestions(LessonSession& session, const QuestionSource& source);
+// The exercises, compiled anew where script or sentences have changed, with their titles up to date.
+[[nodiscard]] std::vector<Exercise> LoadExercises(LessonSession& session, const QuestionSource& source);
 
 // The index as the session's engine finds it; the texts lie beside it.
 [[nodiscard]] std::filesystem::path QuestionIndex(const LessonSession& session);

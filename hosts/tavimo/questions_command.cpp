@@ -64,15 +64,13 @@ int RunQuestionsCompile(const Options& options) {
 
 int RunQuestionsList(const Options& options) {
   LessonSession session(options.home, options.files.front());
-  RefreshQuestions(session, SourceOf(options));
-  PrintExercises(std::cout, session, ReadExercises(session));
+  PrintExercises(std::cout, session, LoadExercises(session, SourceOf(options)));
   return kDone;
 }
 
 int RunQuestionsShow(const Options& options) {
   LessonSession session(options.home, options.files.front());
-  RefreshQuestions(session, SourceOf(options));
-  const std::vector<Exercise> exercises = ReadExercises(session);
+  const std::vector<Exercise> exercises = LoadExercises(session, SourceOf(options));
   const auto number = static_cast<std::size_t>(options.sentence.value());
   if (number > exercises.size()) {
     throw Refusal("there is no exercise " + std::to_string(number) + "; it has " +

@@ -84,7 +84,7 @@ struct Answer {
 class Quiz {
  public:
   Quiz(LessonSession& session, const Options& options)
-      : exercises_(ReadExercises(session)),
+      : exercises_(LoadExercises(session, {options.script, options.encoding})),
         scores_(fs::absolute(kScores)),
         player_(session, options),
         onlyWrong_(options.onlyWrong) {}
@@ -153,11 +153,11 @@ class Quiz {
   void Judge(const Exercise& question, const Answer& answer) {
     const bool isRight = answer.letter == question.answer;
     const Outcome outcome = answer.reply == Reply::Skip ? Outcome::Skipped : isRight ? Outcome::Right : Outcome::Wrong;
-    tally_.Count(outcome, scores_.LastOutcome(question));
-    scores_.Add(question, answer.letter, outcome);
     if (outcome == Outcome::Right) std::cout << "right\n";
     if (outcome == Outcome::Wrong) std::cout << "wrong; the answer is " << question.answer << '\n';
     if (outcome == Outcome::Skipped) std::cout << "skipped\n";
+    tally_.Count(outcome, scores_.LastOutcome(question));
+    scores_.Add(question, answer.letter, outcome);
   }
 
   Answer NextAnswer() {
@@ -192,7 +192,6 @@ class Quiz {
 
 int RunQuestionsQuiz(const Options& options) {
   LessonSession session(options.home, options.files.front());
-  RefreshQuestions(session, {options.script, options.encoding});
   Quiz(session, options).Run();
   return kDone;
 }

@@ -62,7 +62,20 @@ struct Found {
   std::string utf8;
 };
 
+// What is UTF-16 without its mark, or UTF-32, would pass for text with zero bytes in it.
+void RefuseWideText(const std::string& bytes) {
+  if (bytes.starts_with(std::string_view("\xFF\xFE\0\0", 4)) ||
+      bytes.starts_with(std::string_view("\0\0\xFE\xFF", 4))) {
+    throw Refusal("it is UTF-32, which is not read; save it as UTF-8");
+  }
+  const auto zeros = static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), '\0'));
+  if (bytes.size() >= 16 && zeros * 5 > bytes.size() * 2 && !MarkedEncoding(bytes)) {  // Latin text has half
+    throw Refusal("it has zero bytes, as UTF-16 has; say what it is with --encoding");
+  }
+}
+
 Found FindEncoding(const std::string& bytes) {
+  RefuseWideText(bytes);
   const auto marked = MarkedEncoding(bytes);
   const std::vector<Encoding> candidates =
       marked ? std::vector{*marked} : std::vector{Encoding::Utf8, Encoding::Gbk, Encoding::Gb18030};

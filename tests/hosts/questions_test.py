@@ -169,9 +169,23 @@ class Quiz(ProgramTest):
         self.write("第 1.SCR", SCRIPT.replace("Who?", "Who else?").encode())
         self.assertIn("Who else?", self.succeed("questions", "show", "第 1.wav", "4"))
 
+    def test_an_index_of_another_script_or_of_other_sentences_is_not_taken(self):
+        script = self.root / "第 1.SCR"
+        time = (10**18, 10**18)
+        os.utime(script, ns=time)
+        self.assertIn("Tom is here", self.succeed("questions", "show", "第 1.wav", "3"))
+        script.write_bytes(script.read_bytes().replace(b"Tom", b"Kim"))
+        os.utime(script, ns=time)  # as the files of one archive have it
+        self.assertIn("Kim is here", self.succeed("questions", "show", "第 1.wav", "3"))
+        script.rename(self.root / "other.scr")
+        self.succeed("questions", "list", "第 1.wav")
+        self.succeed("delete", "第 1.wav", "--sentence", "2")
+        result = self.run_program("questions", "list", "第 1.wav")
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("--script again", result.stderr)
+
     def test_an_exercise_is_shown_with_all_that_belongs_to_it(self):
-        self.write("Article.TXT", b"")
-        self.write("article.txt", "[第 1]\n1=Tom 在这儿\n".encode())
+        self.write("Article.TXT", "[第 1]\n1=Tom 在这儿\n".encode())
         self.write("第 1.gif", b"GIF")
         shown = self.succeed("questions", "show", "第 1.wav", "3")
         for part in ["passage 1: Tom 在这儿", "  Tom is here.\n", "  Where is Tom?\n", "  B. there\n", "answer: A\n",
