@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <span>
 #include <sstream>
 #include <type_traits>
 
@@ -70,21 +71,15 @@ requires std::is_integral_v<Integer> std::string Result(Integer value) { return 
 
 struct ExportRow {
   const char* name;
-  std::vector<ArgumentRow> arguments;
+  std::span<const ArgumentRow> arguments;
   std::string (*call)(Arguments&);
 };
 
-const std::vector<ExportRow>& Exports() {
-  static const std::vector<ExportRow> rows = {
-#include "engine_calls.inc"
-  };
-  return rows;
-}
+#include "engine_calls.inc"  // kExports
 
 const ExportRow& Find(const std::string& name) {
-  const auto& rows = Exports();
-  const auto row = std::find_if(rows.begin(), rows.end(), [&](const ExportRow& r) { return name == r.name; });
-  if (row == rows.end()) {
+  const auto row = std::find_if(kExports.begin(), kExports.end(), [&](const ExportRow& r) { return name == r.name; });
+  if (row == kExports.end()) {
     throw Refusal("the engine has no export " + ReadableText(name) + "; did you mean " +
                   NearestName(name, ExportNames()) + "?");
   }
@@ -205,7 +200,9 @@ std::vector<Value> ValuesFor(const ExportRow& exported, const std::vector<std::s
   for (std::size_t i = 0; i < values.size(); ++i) {
     const ArgumentRow& row = exported.arguments[i];
     if (row.flow == Flow::Value) continue;
-    const std::size_t fileRoom = row.kind == Kind::Text ? objects.LargestFile() : 0;
+    const bool isGuess = row.flow == Flow::Out && std::string_view(row.room).size() > 1 &&
+                         row.room[0] <= '9';  // a number, and no argument that says it
+    const std::size_t fileRoom = isGuess ? objects.LargestFile() : 0;
     values[i].bytes.resize(std::max({values[i].bytes.size(), RoomFor(row, exported, values), fileRoom}) + 1);
   }
   return values;
@@ -283,9 +280,13 @@ CallObjects::~CallObjects() {
 void CallObjects::NoteFile(const std::string& word) {
   std::string native = word;
   std::replace(native.begin(), native.end(), '\\', '/');
+  const std::filesystem::path named = std::filesystem::absolute(PathFromUtf8(native));
   std::error_code error;
-  const std::uintmax_t byteCount = std::filesystem::file_size(PathFromUtf8(native), error);
-  if (!error) largestFile_ = std::max(largestFile_, static_cast<std::size_t>(byteCount));
+  for (const auto& entry : std::filesystem::directory_iterator(named.parent_path(), error)) {
+    if (entry.path().stem() != named.stem() || !entry.is_regular_file(error)) continue;
+    const std::uintmax_t byteCount = entry.file_size(error);
+    if (!error) largestFile_ = std::max(largestFile_, static_cast<std::size_t>(byteCount));
+  }
 }
 
 VcWindow CallObjects::Window(const std::string& word) {
@@ -330,7 +331,8 @@ std::string CallObjects::Describe() const {
 
 std::vector<std::string> ExportNames() {
   std::vector<std::string> names;
-  for (const ExportRow& row : Exports()) names.emplace_back(row.name);
+  names.reserve(kExports.size());
+  for (const ExportRow& row : kExports) names.emplace_back(row.name);
   return names;
 }
 

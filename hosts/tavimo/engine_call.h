@@ -25,7 +25,8 @@ class CallObjects {
   [[nodiscard]] VcWindow Window(const std::string& word);
   [[nodiscard]] VcDc DeviceContext(const std::string& word);
 
-  // The largest file that was named in the run: no text that comes out of one is longer.
+  // The largest file that was named in the run, with those beside it of the same name: nothing that an export reads out of
+  // one is longer.
   void NoteFile(const std::string& word);
   [[nodiscard]] std::size_t LargestFile() const { return largestFile_; }
 

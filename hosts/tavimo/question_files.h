@@ -35,8 +35,8 @@ struct CheckedScript {
 // How many sentences the recording has; a Refusal when it was not cut.
 [[nodiscard]] std::size_t SentenceCount(LessonSession& session);
 
-// Compiles; what the check finds goes to standard error. Returns the number of records. A Refusal after a fault, and then
-// there are no questions.
+// Compiles; what the check finds goes to standard error. Returns the number of records. A Refusal after a fault: what
+// was compiled before stays.
 std::size_t CompileQuestions(LessonSession& session, const QuestionSource& source);
 
 // The exercises, compiled anew where script or sentences have changed, with their titles up to date.
