@@ -95,7 +95,7 @@ class Conversion {
         channels_(request.channels.value_or(ChannelsFor(source_.Channels()))),
         writer_(request.recording, rate_, channels_, RoundingFor()),
         progress_(Readable(request.source.filename())) {
-    if (rate_ != source_.SampleRate()) resampler_.emplace(channels_, source_.SampleRate(), rate_);
+    if (rate_ != source_.SampleRate()) resampler_ = std::make_unique<Resampler>(channels_, source_.SampleRate(), rate_);
   }
 
   Imported Run() {
@@ -146,7 +146,7 @@ class Conversion {
   int channels_;
   RecordingWriter writer_;
   ProgressBar progress_;
-  std::optional<Resampler> resampler_;
+  std::unique_ptr<Resampler> resampler_;
   std::vector<float> mixed_;
 };
 
