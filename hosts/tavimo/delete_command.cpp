@@ -8,14 +8,6 @@
 
 namespace tavimo::host {
 
-namespace {
-
-std::string Counted(std::size_t count, const char* what) {
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
-}  // namespace
-
 int RunDelete(const Options& options) {
   LessonSession session(options.home, options.files.front());
   const Deletion deletion = DeleteSentences(session, options.sentences);

@@ -4,7 +4,6 @@
 #include <iomanip>
 #include <ostream>
 
-#include "question_lint.h"
 #include "text.h"
 
 namespace tavimo::host {

@@ -5,6 +5,7 @@
 
 #include "record_header.h"
 #include "script_pieces.h"
+#include "text.h"
 
 namespace tavimo::host {
 
@@ -224,10 +225,6 @@ std::size_t LintResult::FaultCount() const {
 
 LintResult LintQuestions(std::string_view gbk, std::optional<std::size_t> sentenceCount) {
   return QuestionLint(gbk, sentenceCount).Run();
-}
-
-std::string Counted(std::size_t count, const std::string& thing) {
-  return (count == 0 ? "no" : std::to_string(count)) + " " + thing + (count == 1 ? "" : "s");
 }
 
 }  // namespace tavimo::host

@@ -29,7 +29,4 @@ struct LintResult {
 // Without a count the script is taken for that of a recording with as many sentences as it has records.
 [[nodiscard]] LintResult LintQuestions(std::string_view gbk, std::optional<std::size_t> sentenceCount);
 
-// "5 faults".
-[[nodiscard]] std::string Counted(std::size_t count, const std::string& thing);
-
 }  // namespace tavimo::host

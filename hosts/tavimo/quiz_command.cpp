@@ -6,7 +6,6 @@
 #include "options.h"
 #include "player.h"
 #include "question_files.h"
-#include "question_lint.h"
 #include "refusal.h"
 #include "score_file.h"
 #include "sentence_stretch.h"

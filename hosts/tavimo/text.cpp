@@ -119,6 +119,10 @@ std::optional<std::string> EnginePath(const fs::path& path) {
   return std::string(engine.data());
 }
 
+std::string Counted(std::size_t count, const std::string& thing) {
+  return (count == 0 ? "no" : std::to_string(count)) + " " + thing + (count == 1 ? "" : "s");
+}
+
 std::string FormatTime(std::int64_t timeMs) {
   std::array<char, 40> text{};
   const long long ms = timeMs;

@@ -31,6 +31,9 @@ namespace tavimo::host {
 // The engine's form of a path: GBK and backslashes. None when it has no GBK form.
 [[nodiscard]] std::optional<std::string> EnginePath(const std::filesystem::path& path);
 
+// "1 page", "2 pages".
+[[nodiscard]] std::string Counted(std::size_t count, const std::string& thing);
+
 // m:ss.mmm, the minutes running on past the hour.
 [[nodiscard]] std::string FormatTime(std::int64_t timeMs);
 
