@@ -962,7 +962,7 @@ typedef struct VcPageIndexEntry {
  *
  *  A highlight file that is missing, or whose file time is not the script's, is made anew without marks; then a script
  *  whose extension is ".nor" counts as scrambled. A read-only mark on it is taken away. A script that is open is closed
- *  first; no page is current until vcReadPage.
+ *  first; no page is current until vcReadPage, and the layout of the last one is gone.
  *  @param script_path the script.
  *  @param page_file_path its page file, as vcGenPageFile wrote it. Whether it is current is the host's business.
  *  @param highlight_path the highlight file; neither the script nor the page file.
@@ -986,7 +986,8 @@ VC_API void VC_CALL vcCloseScript(void) VC_NOEXCEPT;
  *  @requires vcOpenScript. */
 VC_API int32_t VC_CALL vcReadBookPageIdx(int32_t count, VcPageIndexEntry* entries) VC_NOEXCEPT;
 
-/** @brief Reads a page and the marks of its words. It is laid out only by vcCountPage.
+/** @brief Reads a page and the marks of its words. It is laid out only by vcCountPage; until then there is no layout, and
+ *         vcDisplayPage draws nothing.
  *  @param scrambled any but 0 for a scrambled script.
  *  @param page the page's number, from 0.
  *  @return the number of the page's first word.
