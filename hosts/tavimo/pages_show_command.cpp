@@ -1,10 +1,11 @@
 // `tavimo pages show`: a page as text in the terminal, or as the picture that the engine draws.
+#include <algorithm>
 #include <iostream>
 
 #include "new_file.h"
 #include "options.h"
+#include "page_lines.h"
 #include "refusal.h"
-#include "script_words.h"
 #include "system.h"
 #include "text.h"
 #include "text_sentences.h"
@@ -20,15 +21,15 @@ struct Highlight {
 constexpr Highlight kRed{"\x1b[31m", "\x1b[0m"};
 constexpr Highlight kBrackets{"[", "]"};
 
-bool IsMarkedAt(const ScriptLine& line, std::size_t place, std::size_t byteCount) {
-  for (const WordPiece& piece : line.pieces) {
-    if (piece.isMarked && piece.start < place + byteCount && place < piece.start + piece.length) return true;
-  }
-  return false;
+bool IsMarkedAt(const PageLine& line, const Marks& marks, std::size_t place, std::size_t byteCount) {
+  return std::any_of(line.pieces.begin(), line.pieces.end(), [&](const PlacedPiece& placed) {
+    const WordPiece& piece = placed.piece;
+    return piece.start < place + byteCount && place < piece.start + piece.length && MarkOf(marks, piece.number) != 0;
+  });
 }
 
 // A mark goes around whole characters: the second byte of a Chinese one may count as a word.
-std::string LineText(const std::string& text, const ScriptLine& line, const Highlight& highlight) {
+std::string LineText(const std::string& text, const PageLine& line, const Marks& marks, const Highlight& highlight) {
   std::string shown;
   const std::string_view bytes = std::string_view(text).substr(line.start, line.length);
   const bool isParagraph = bytes.starts_with("@@");
@@ -36,7 +37,7 @@ std::string LineText(const std::string& text, const ScriptLine& line, const High
   bool isMarked = false;
   for (std::size_t at = isParagraph ? 2 : 0; at < bytes.size();) {
     const std::size_t byteCount = GbkCharacterBytes(bytes, at);
-    const bool isNowMarked = IsMarkedAt(line, line.start + at, byteCount);
+    const bool isNowMarked = IsMarkedAt(line, marks, line.start + at, byteCount);
     if (isNowMarked != isMarked) shown += isNowMarked ? highlight.begin : highlight.end;
     isMarked = isNowMarked;
     shown += bytes[at] == '\t' ? " " : Utf8FromGbkText(bytes.substr(at, byteCount));
@@ -65,10 +66,11 @@ int RunPagesShow(const Options& options) {
     std::cout << Readable(options.output) << ": " << title << '\n';
     return kDone;
   }
-  const auto lines = ReadLinesOfPage(session, page, session.ReadMarks());
+  const std::vector<PageLine> lines = ReadPageLines(session, page);
+  const Marks marks = session.ReadMarks();
   std::cout << title << '\n';
   const Highlight& highlight = OutputGoesToTerminal() ? kRed : kBrackets;
-  for (const ScriptLine& line : lines) std::cout << LineText(session.Text(), line, highlight) << '\n';
+  for (const PageLine& line : lines) std::cout << LineText(session.Paged().text, line, marks, highlight) << '\n';
   return kDone;
 }
 

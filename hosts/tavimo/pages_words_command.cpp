@@ -3,8 +3,10 @@
 #include <iomanip>
 #include <iostream>
 
+#include "marked_words.h"
 #include "options.h"
-#include "script_words.h"
+#include "script_session.h"
+#include "system.h"
 #include "text.h"
 #include "text_sentences.h"
 
@@ -18,12 +20,13 @@ struct Row {
   std::string sentence;
 };
 
-std::vector<Row> MarkedWords(ScriptSession& session) {
+std::vector<Row> ReadRows(const ScriptSession& session) {
+  const std::string& text = session.Paged().text;
+  SentenceReader sentences(text);
   std::vector<Row> rows;
-  for (const ScriptWord& word : ReadWords(session, 0, session.PageCount() - 1)) {
-    if (!word.IsMarked()) continue;
-    rows.push_back({word.pieces.front().page + 1, session.Text().substr(word.start, word.length),
-                    SentenceAround(session.Text(), word.start)});
+  for (const ScriptWord& word : MarkedWords(session.Paged(), session.ReadMarks(), CurrentPages().ReadOwn())) {
+    StopIfInterrupted();
+    rows.push_back({word.page + 1, text.substr(word.start, word.length), sentences.Around(word.start)});
   }
   return rows;
 }
@@ -63,7 +66,7 @@ void PrintJson(const std::filesystem::path& script, const std::vector<Row>& rows
 int RunPagesWords(const Options& options) {
   ScriptSession session(options.home, options.files.front());
   session.Open();
-  const std::vector<Row> rows = MarkedWords(session);
+  const std::vector<Row> rows = ReadRows(session);
   if (options.wordsForm == WordsForm::Table) PrintTable(rows);
   if (options.wordsForm == WordsForm::TabSeparated) PrintTabSeparated(rows);
   if (options.wordsForm == WordsForm::Json) PrintJson(options.files.front(), rows);

@@ -1,12 +1,10 @@
 #include "script_session.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 
 #include "content_hash.h"
-#include "lesson_lock.h"
+#include "marked_words.h"
 #include "new_file.h"
 #include "refusal.h"
 #include "text.h"
@@ -17,31 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kSettings = "pages.ini";
-constexpr const char* kCopy = "pages/script.txt";
-constexpr const char* kPages = "pages/script.pag";
-constexpr const char* kLines = "pages/script.lin";
-constexpr const char* kMarks = "pages/script.hlt";
-
-// Files that become the pages when all of them are right, and leave nothing when they are not.
-struct Draft {
-  Draft() = default;
-  Draft(const Draft&) = delete;
-  Draft& operator=(const Draft&) = delete;
-  ~Draft() {
-    std::error_code ignored;
-    for (const char* file : {copy, pages, lines}) fs::remove(file, ignored);
-  }
-  const char* copy = "pages/new.txt";
-  const char* pages = "pages/new.pag";
-  const char* lines = "pages/new.lin";
-};
-
-std::string ReadBytes(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 std::string HashOf(const std::string& bytes) { return ContentHash(bytes.data(), bytes.size()); }
 
 std::optional<fs::file_time_type> TimeOf(const fs::path& file) {
@@ -50,124 +23,125 @@ std::optional<fs::file_time_type> TimeOf(const fs::path& file) {
   return error ? std::nullopt : std::optional(time);
 }
 
-std::uint32_t Number(const std::string& bytes, std::size_t at) {
-  std::uint32_t number = 0;
-  for (std::size_t i = 4; i-- > 0;) number = number << 8 | static_cast<unsigned char>(bytes[at + i]);
-  return number;
+void WriteFile(const fs::path& path, const void* bytes, std::size_t byteCount) {
+  NewFile file(path);
+  file.Write(bytes, byteCount);
+  file.PutInPlace();
 }
 
-std::vector<VcPageIndexEntry> ReadEntries(const fs::path& file) {
-  const std::string bytes = ReadBytes(file);
-  std::vector<VcPageIndexEntry> entries;
-  for (std::size_t at = 0; at + 8 <= bytes.size(); at += 8)
-    entries.push_back({Number(bytes, at), Number(bytes, at + 4)});
-  return entries;
-}
-
-// Bounds that rise from the text's start to its end; anything else is a damaged file.
-bool AreBoundsOf(const std::vector<VcPageIndexEntry>& entries, std::size_t textBytes) {
-  const auto isBefore = [](const auto& left, const auto& right) { return left.text_offset < right.text_offset; };
-  return entries.size() >= 2 && entries.front().text_offset == 0 && entries.back().text_offset == textBytes &&
-         std::is_sorted(entries.begin(), entries.end(), isBefore);
-}
-
-void MakePageFile(const PageCanvas& canvas, PageArea area, const char* copy, const char* file, std::size_t textBytes) {
+void MakePageFile(const PageCanvas& canvas, PageArea area, const fs::path& copy, const fs::path& file) {
+  StopIfInterrupted();
   UsePageArea(canvas, area);
   const int result =
       vcGenPageFile(0, EnginePath(copy).value().c_str(), EnginePath(file).value().c_str(), canvas.picture.get());
   if (result == -1) throw Refusal("its pages could not be written in " + Readable(fs::current_path()));
-  const auto entries = ReadEntries(file);
-  if (entries.empty() || entries.back().text_offset != textBytes) {
-    throw Refusal("page " + std::to_string(std::max<std::size_t>(entries.size(), 2) - 1) +
-                  " would hold more than the 4988 bytes there is room for; make the pages smaller or the font larger");
-  }
 }
 
-bool HasMarks(const std::string& bytes) {
-  return std::any_of(bytes.begin(), bytes.end(), [](char byte) { return byte != 0; });
+int OpenInEngine(const PagesFolder& pages) {
+  std::int32_t slots = 0;
+  return vcOpenScript(EnginePath(pages.Copy()).value().c_str(), EnginePath(pages.Pages()).value().c_str(),
+                      EnginePath(pages.Marks()).value().c_str(), &slots);
+}
+
+// A text with its pages in a new folder, none of its words marked.
+PagedText MakePages(const PagesFolder& folder, const PageCanvas& canvas, const BuiltPages& built,
+                    const std::string& text) {
+  WriteFile(folder.Copy(), text.data(), text.size());
+  MakePageFile(canvas, PageArea::Whole, folder.Copy(), folder.Pages());
+  MakePageFile(canvas, PageArea::OneLine, folder.Copy(), folder.Lines());
+  PagedText paged = folder.ReadPaged(text);
+  if (!paged.IsSound()) {
+    throw Refusal("page " + std::to_string(std::max<std::size_t>(paged.pages.size(), 2) - 1) +
+                  " would hold more than the 4988 bytes there is room for; make the pages smaller or the font larger");
+  }
+  WriteBuiltPages(folder.Settings(), built);
+  if (OpenInEngine(folder) < 1) throw Refusal("its marks cannot be written in " + Readable(fs::current_path()));
+  vcCloseScript();
+  return paged;
+}
+
+// Takes the marks of the current pages over to new ones of the same text, as far as the highlight file that the engine
+// made for these has room for them. Pages of before that are damaged were the same as these, or nothing can be told.
+MovedMarks CarryMarks(const PagesFolder& folder, const PagedText& paged) {
+  const PagedText old = CurrentPages().ReadPaged(paged.text);
+  MovedMarks moved = MoveMarks(old.IsSound() ? old : paged, CurrentPages().ReadMarks(), CurrentPages().ReadOwn(), paged,
+                               folder.ReadMarks().size());
+  folder.WriteOwn(moved.places);
+  const auto time = TimeOf(folder.Copy());
+  NewFile file(folder.Marks());
+  file.Write(moved.marks.data(), moved.marks.size());
+  if (time) file.SetTime(*time);  // by which the engine knows that the marks belong to the text
+  file.PutInPlace();
+  return moved;
+}
+
+bool HasAny(const Marks& marks) {
+  return std::any_of(marks.begin(), marks.end(), [](std::uint8_t byte) { return byte != 0; });
 }
 
 }  // namespace
 
 ScriptSession::ScriptSession(const fs::path& home, const fs::path& script)
-    : script_(IdentityOf(script)),
-      folder_(home, script_, WorkingFolder::Kind::Script),
-      built_(ReadBuiltPages(kSettings)) {}
+    : script_(IdentityOf(script)), folder_(home, script_, WorkingFolder::Kind::Script) {}
 
 ScriptSession::~ScriptSession() { vcCloseScript(); }
 
-void ScriptSession::Build(const PageSetup& setup, const EngineText& text) {
+void ScriptSession::Lock() {
+  if (lock_) return;
+  lock_.emplace("pages.lock", kChangingElsewhere, WhenHeld::Wait);
+  FinishNewPages();
+  built_ = ReadBuiltPages(CurrentPages().Settings());
+}
+
+std::size_t ScriptSession::Build(const PageSetup& setup, const EngineText& text) {
   canvas_.emplace(MakePageCanvas(setup));
-  const BuiltPages now{setup, HashOf(text.gbk), HashOf(*canvas_)};
-  const LessonLock lock("pages.lock", kChangingElsewhere);
+  Lock();
   vcCloseScript();
+  const BuiltPages now{setup, HashOf(text.gbk), HashOf(*canvas_)};
+  const PagesFolder folder = BeginNewPages();
+  PagedText paged = MakePages(folder, *canvas_, now, text.gbk);
+  const bool hadMarks = HasAny(ReadMarks());
   const bool isSameText = built_ && built_->textHash == now.textHash;
-  if (!isSameText && HasMarks(ReadBytes(kMarks))) {
-    std::cerr << "tavimo: " << Readable(script_.filename())
-              << ": its text changed, so its words are no longer marked\n";
+  const MovedMarks moved = hadMarks && isSameText ? CarryMarks(folder, paged) : MovedMarks{};
+  PutInPlace(folder);
+  const std::string name = "tavimo: " + Readable(script_.filename());
+  if (hadMarks && !isSameText) std::cerr << name << ": its text changed, so its words are no longer marked\n";
+  if (moved.lostCount > 0) {
+    std::cerr << name << ": " << Counted(moved.lostCount, "word")
+              << " no longer marked; these pages have more pieces of words than can be marked\n";
   }
-  MakePages(text, now, isSameText ? TimeOf(kMarks) : std::nullopt);
   built_ = now;
-  OpenFiles(text.gbk);
+  paged_ = std::move(paged);
+  OpenPages();
+  return moved.places.size();
 }
 
-void ScriptSession::MakePages(const EngineText& text, const BuiltPages& now,
-                              const std::optional<fs::file_time_type>& marksTime) {
-  const Draft draft;
-  NewFile copy(draft.copy);
-  copy.Write(text.gbk.data(), text.gbk.size());
-  if (marksTime) copy.SetTime(*marksTime);
-  copy.PutInPlace();
-  MakePageFile(*canvas_, PageArea::OneLine, draft.copy, draft.lines, text.gbk.size());
-  MakePageFile(*canvas_, PageArea::Whole, draft.copy, draft.pages, text.gbk.size());
-  // In this order a kill leaves files that the next command knows to be out of date.
-  std::error_code ignored;
-  fs::remove(kPages, ignored);
-  PlaceFile(draft.copy, kCopy);
-  if (!marksTime) fs::remove(kMarks, ignored);
-  WriteBuiltPages(kSettings, now);
-  PlaceFile(draft.lines, kLines);
-  PlaceFile(draft.pages, kPages);
-}
-
-bool ScriptSession::IsCurrent(const std::string& text, const BuiltPages& built) const {
-  const auto time = TimeOf(kCopy);
-  if (!time || TimeOf(kPages) != time || TimeOf(kLines) != time || TimeOf(kMarks).value_or(*time) != *time)
-    return false;
-  return built.fontHash == HashOf(*canvas_) && ReadBytes(kCopy) == text &&
-         AreBoundsOf(ReadEntries(kPages), text.size()) && AreBoundsOf(ReadEntries(kLines), text.size());
+bool ScriptSession::IsCurrent(const std::string& text) const {
+  const PagesFolder pages = CurrentPages();
+  const auto time = TimeOf(pages.Copy());
+  const bool areOfOneTime = time && TimeOf(pages.Pages()) == time && TimeOf(pages.Lines()) == time &&
+                            TimeOf(pages.Marks()).value_or(*time) == *time;
+  return areOfOneTime && built_ && built_->fontHash == HashOf(*canvas_) && ReadBytes(pages.Copy()) == text;
 }
 
 void ScriptSession::Open() {
-  if (!built_ && fs::exists(script_)) throw Refusal("it has no pages yet; tavimo pages build makes them");
+  if (IsBuilt()) Lock();
+  if (!lock_ && fs::exists(script_)) throw Refusal("it has no pages yet; tavimo pages build makes them");
   const PageSetup setup = built_.value_or(BuiltPages{}).setup;
   const EngineText text = ReadEngineText(script_, setup);
-  if (!OpenEarlier(text)) Build(setup, text);
+  canvas_.emplace(MakePageCanvas(setup));
+  paged_ = CurrentPages().ReadPaged(text.gbk);
+  if (IsCurrent(text.gbk) && paged_.IsSound()) {
+    OpenPages();
+  } else {
+    Build(setup, text);
+  }
 }
 
-bool ScriptSession::OpenEarlier(const EngineText& text) {
-  if (!built_) return false;
-  canvas_.emplace(MakePageCanvas(built_->setup));
-  if (!IsCurrent(text.gbk, *built_)) return false;
-  OpenFiles(text.gbk);
-  return true;
-}
-
-void ScriptSession::OpenFiles(const std::string& text) {
-  text_ = text;
-  lines_ = ReadEntries(kLines);
+void ScriptSession::OpenPages() {
   UsePageArea(*canvas_, PageArea::Whole);
-  std::int32_t slots = 0;
-  const std::int32_t pageCount = vcOpenScript(EnginePath(kCopy).value().c_str(), EnginePath(kPages).value().c_str(),
-                                              EnginePath(kMarks).value().c_str(), &slots);
-  if (pageCount < 1) throw Refusal("its pages or its marks cannot be opened in " + Readable(fs::current_path()));
-  pages_.resize(static_cast<std::size_t>(pageCount) + 1);
-  vcReadBookPageIdx(pageCount + 1, pages_.data());
-}
-
-std::vector<std::uint8_t> ScriptSession::ReadMarks() const {
-  const std::string bytes = ReadBytes(kMarks);
-  return {bytes.begin(), bytes.end()};
+  if (OpenInEngine(CurrentPages()) == PageCount()) return;
+  throw Refusal("its pages or its marks cannot be opened in " + Readable(fs::current_path()));
 }
 
 int ScriptSession::LayOutPage(int page) {

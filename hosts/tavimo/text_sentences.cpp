@@ -35,15 +35,6 @@ bool GoesOn(std::string_view gbk, std::size_t lineFeed) {
   return lineFeed + 1 < gbk.size() && IsSmallLetter(gbk[lineFeed + 1]);
 }
 
-// The line around a place, with those that go on with it.
-std::string_view LinesAround(std::string_view gbk, std::size_t place) {
-  std::size_t begin = place;
-  while (begin > 0 && (gbk[begin - 1] != '\n' || GoesOn(gbk, begin - 1))) --begin;
-  std::size_t end = place;
-  while (end < gbk.size() && (gbk[end] != '\n' || GoesOn(gbk, end))) ++end;
-  return gbk.substr(begin, end - begin);
-}
-
 bool IsAbbreviation(std::string_view gbk, std::size_t point) {
   std::size_t begin = point;
   while (begin > 0 && IsLetter(gbk[begin - 1])) --begin;
@@ -51,18 +42,24 @@ bool IsAbbreviation(std::string_view gbk, std::size_t point) {
   return word.size() == 1 ? word != "I" && !IsSmallLetter(word[0]) : IsOneOf(word, kAbbreviations);
 }
 
-// The place behind a sentence that ends with the mark at a place; 0 where none ends there: in 3.14, e.g. or Mr.
-std::size_t EndOfSentence(std::string_view gbk, std::size_t mark) {
+// What stands at a mark that may end a sentence.
+struct MarkRun {
+  std::size_t end = 0;         // behind the marks and the closing quotes, and behind the blanks where a sentence ends
+  bool isSentenceEnd = false;  // not so in 3.14, e.g. or Mr.
+};
+
+MarkRun ReadMarks(std::string_view gbk, std::size_t mark) {
   const bool isChinese = static_cast<unsigned char>(gbk[mark]) >= 0x80;
-  if (gbk[mark] == '.' && IsAbbreviation(gbk, mark)) return 0;
+  if (gbk[mark] == '.' && IsAbbreviation(gbk, mark)) return {mark + 1, false};
   std::size_t end = mark;
   while (end < gbk.size() && (IsOneOf(CharacterAt(gbk, end), kEnds) || IsOneOf(CharacterAt(gbk, end), kClosings))) {
     end += CharacterAt(gbk, end).size();
   }
-  if (isChinese || end == gbk.size() || static_cast<unsigned char>(gbk[end]) >= 0x80) return end;
-  if (!IsBlank(gbk[end])) return 0;
-  while (end < gbk.size() && IsBlank(gbk[end])) ++end;
-  return end < gbk.size() && IsSmallLetter(gbk[end]) ? 0 : end;
+  if (isChinese || end == gbk.size() || static_cast<unsigned char>(gbk[end]) >= 0x80) return {end, true};
+  if (!IsBlank(gbk[end])) return {end, false};
+  std::size_t next = end;
+  while (next < gbk.size() && IsBlank(gbk[next])) ++next;
+  return next < gbk.size() && IsSmallLetter(gbk[next]) ? MarkRun{end, false} : MarkRun{next, true};
 }
 
 // One blank for those in a row, none at the ends.
@@ -80,6 +77,15 @@ std::string Tidied(std::string_view gbk) {
   return tidy;
 }
 
+std::string Utf8FromCharacter(std::string_view gbk) {
+  const auto lead = static_cast<unsigned char>(gbk[0]);
+  const bool isPlain = lead >= ' ' && lead < 0x7F;  // most of a script, and worth the short way
+  if (isPlain) return std::string(gbk);
+  std::array<char, 8> converted{};
+  const int size = tvUtf8FromGbk(std::string(gbk).c_str(), converted.data(), static_cast<int>(converted.size()));
+  return size > 1 ? ReadableText(converted.data()) : "\xEF\xBF\xBD";
+}
+
 }  // namespace
 
 std::size_t GbkCharacterBytes(std::string_view gbk, std::size_t place) {
@@ -90,27 +96,44 @@ std::size_t GbkCharacterBytes(std::string_view gbk, std::size_t place) {
 std::string Utf8FromGbkText(std::string_view gbk) {
   std::string utf8;
   for (std::size_t at = 0; at < gbk.size();) {
-    const std::string character(CharacterAt(gbk, at));
-    std::array<char, 8> converted{};
-    const int size = tvUtf8FromGbk(character.c_str(), converted.data(), static_cast<int>(converted.size()));
-    utf8 += size > 1 ? ReadableText(converted.data()) : std::string("\xEF\xBF\xBD");
+    const std::string_view character = CharacterAt(gbk, at);
+    utf8 += Utf8FromCharacter(character);
     at += character.size();
   }
   return utf8;
 }
 
-std::string SentenceAround(const std::string& gbk, std::size_t place) {
-  const std::string_view lines = LinesAround(gbk, place);
-  const std::size_t target = place - static_cast<std::size_t>(lines.data() - gbk.data());
-  std::size_t begin = 0;
-  for (std::size_t at = 0; at < lines.size();) {
-    const std::string_view character = CharacterAt(lines, at);
-    const std::size_t end = IsOneOf(character, kEnds) ? EndOfSentence(lines, at) : 0;
-    if (end > target) return Utf8FromGbkText(Tidied(lines.substr(begin, end - begin)));
-    if (end > 0) begin = end;
-    at = std::max(end, at + character.size());
+void SentenceReader::ReadNextLine() {
+  lineEnd_ = end_;
+  while (lineEnd_ < gbk_.size() && (gbk_[lineEnd_] != '\n' || GoesOn(gbk_, lineEnd_))) ++lineEnd_;
+  if (lineEnd_ < gbk_.size()) ++lineEnd_;
+}
+
+void SentenceReader::ReadNextSentence() {
+  if (end_ == lineEnd_) ReadNextLine();
+  const std::string_view line = gbk_.substr(0, lineEnd_);
+  begin_ = cut_ = end_;
+  while (end_ < lineEnd_) {
+    const std::string_view character = CharacterAt(line, end_);
+    if (!IsOneOf(character, kEnds)) {
+      end_ += character.size();
+      continue;
+    }
+    const MarkRun run = ReadMarks(line, end_);
+    end_ = run.end;
+    if (run.isSentenceEnd) return;
   }
-  return Utf8FromGbkText(Tidied(lines.substr(begin)));
+}
+
+std::string SentenceReader::Around(std::size_t place) {
+  constexpr std::size_t kShownBytes = 200;  // before the place, and behind it
+  while (end_ <= place && end_ < gbk_.size()) ReadNextSentence();
+  while (cut_ + kShownBytes < place) cut_ += CharacterAt(gbk_, cut_).size();
+  std::size_t cutEnd = cut_;
+  while (cutEnd < end_ && cutEnd < place + kShownBytes) cutEnd += CharacterAt(gbk_, cutEnd).size();
+  const std::string shown = Utf8FromGbkText(Tidied(gbk_.substr(cut_, cutEnd - cut_)));
+  constexpr const char* kEllipsis = "\xE2\x80\xA6";
+  return (cut_ > begin_ ? kEllipsis : "") + shown + (cutEnd < end_ ? kEllipsis : "");
 }
 
 }  // namespace tavimo::host

@@ -40,9 +40,10 @@ fs::path IdentityOf(const fs::path& recording) {
 WorkingFolder::WorkingFolder(const fs::path& home, const fs::path& identity, Kind kind) : hash_(HashOf(identity)) {
   const fs::path name = PathFromUtf8(Shortened(Utf8(identity.stem()), kReadableNameBytes) + "-" + hash_);
   path_ = home / (kind == Kind::Lesson ? "lessons" : "scripts") / name;
-  const std::vector<const char*> folders =
-      kind == Kind::Lesson ? std::vector{"temp", "tmpwav", "zud"} : std::vector{"pages"};
-  for (const char* folder : folders) MakeFolder(path_ / folder);
+  MakeFolder(path_);
+  if (kind == Kind::Lesson) {
+    for (const char* folder : {"temp", "tmpwav", "zud"}) MakeFolder(path_ / folder);
+  }
   std::error_code error;
   previous_ = fs::current_path(error);
   fs::current_path(path_, error);

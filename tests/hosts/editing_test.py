@@ -213,15 +213,6 @@ class Deleting(EditingTest):
 class DeletingWithFaults(EditingTest):
     """Every call that changes a file is, in turn, the last one before a power cut, or fails as on a full disk."""
 
-    def run_with_fault(self, fault, *words):
-        environment = dict(os.environ, LD_PRELOAD=os.environ["TAVIMO_FAILING_CALLS"], **fault)
-        return self.run_program(*words, env=environment)
-
-    def calls_of(self, *words):
-        counted = self.root / "calls.txt"
-        self.assertEqual(self.run_with_fault({"TAVIMO_CALLS": str(counted)}, *words).returncode, 0)
-        return int(counted.read_text())
-
     def learners(self):
         """Recording, sentences, bookmarks and takes: all that must be of one piece."""
         study = [hash_of(path) for path in self.home.glob("lessons/*/zud/*.zud")]

@@ -102,6 +102,23 @@ class Pages(PagesTest):
             self.build(self.script.read_bytes(), "--size", size, "--page", "116x76")
             self.assertIn("two", [word for _, word in self.words()], size)
 
+    def test_a_word_without_room_for_its_mark_is_told(self):
+        # More pieces than the engine's highlight file has bytes for: each line cuts a word, which it counts once.
+        words = ["dagcbdccg" + a + b for a in "abcdef" for b in "abcdefghij"]
+        self.build("学习" + "中".join(words), "--size", "16", "--page", "120x400")
+        message = self.refused("mark", "s.txt", words[-1])
+        self.assertIn(f"{words[-1]} cannot be marked; its page has more pieces", message)
+        self.succeed("pages", "mark", "s.txt", words[0])
+        self.assertEqual(self.words(), [(1, words[0])])
+
+    def test_ten_thousand_words_without_a_line_end_are_marked_in_a_moment(self):
+        self.build("the cat sat on the mat " * 60_000)
+        lines = self.succeed("pages", "mark", "s.txt", "cat").splitlines()
+        self.assertEqual(len(lines), 60_000)
+        self.assertLess(max(map(len, lines)), 500)
+        self.assertEqual(len(self.words()), 60_000)
+        self.assertIn("60000 marked words kept", self.build(self.script.read_bytes(), "--size", "11"))
+
     def test_any_encoding_and_line_end_gives_the_same_pages(self):
         self.build(SCRIPT)
         expected = self.text()
@@ -166,6 +183,26 @@ class Pages(PagesTest):
         for path in self.home.rglob("script.*"):
             path.write_bytes(path.read_bytes()[:9])
         self.assertIn("啊啊", self.succeed("pages", "show", "high.txt", "2"), "damaged files are made again")
+
+
+class PagesWithFaults(PagesTest):
+    """Every call that changes a file while other pages are made is, in turn, the last one, or fails as on a full disk."""
+
+    def test_the_marks_stay_on_their_words(self):
+        # At each size the ends of lines and pages cut other words, and so give the words other numbers.
+        self.build(("学习中" + "ecccceacf" + "中" + "fecdddgae") * 20, "--size", "16", "--page", "146x136")
+        self.succeed("pages", "mark", "s.txt", "ecccceacf", "--number", "7")
+        self.succeed("pages", "mark", "s.txt", "fecdddgae", "--number", "15")
+        marked = [word for _, word in self.words()]
+        for fault, size in (("TAVIMO_DIE_AT", 13), ("TAVIMO_FAIL_AT", 16)):
+            other = ("pages", "build", "s.txt", "--page", "146x136", "--size")
+            calls = self.calls_of(*other, str(size))
+            self.assertGreater(calls, 10)
+            for call in range(1, calls + 1):
+                self.succeed(*other, str(29 - size))
+                result = self.run_with_fault({fault: str(call)}, *other, str(size))
+                self.assertNotEqual(result.returncode == 0, bool(result.stderr) or fault == "TAVIMO_DIE_AT", call)
+                self.assertEqual([word for _, word in self.words()], marked, (fault, call, result.stderr))
 
 
 if __name__ == "__main__":

@@ -72,6 +72,17 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual((result.returncode, result.stderr), (0, ""), words)
         return result.stdout
 
+    def run_with_fault(self, fault, *words):
+        """Runs it with one of the faults that failing_calls.c knows."""
+        environment = dict(os.environ, LD_PRELOAD=os.environ["TAVIMO_FAILING_CALLS"], **fault)
+        return self.run_program(*words, env=environment)
+
+    def calls_of(self, *words):
+        """How many calls change a file."""
+        counted = self.root / "calls.txt"
+        self.assertEqual(self.run_with_fault({"TAVIMO_CALLS": str(counted)}, *words).returncode, 0)
+        return int(counted.read_text())
+
     def starts(self, *words):
         return [sentence["start_ms"] for sentence in json.loads(self.succeed("cut", "--json", *words))["sentences"]]
 

@@ -1,0 +1,121 @@
+#include "page_lines.h"
+
+#include <algorithm>
+#include <array>
+
+#include "refusal.h"
+#include "system.h"
+
+namespace tavimo::host {
+
+namespace {
+
+// Where a page ends, the engine lays out without what follows: a short line at the end may then hold the last one too.
+void JoinLinesBehind(std::vector<TextLine>& lines, int lineCount) {
+  while (lineCount > 0 && lines.size() > static_cast<std::size_t>(lineCount)) {
+    const std::size_t length = lines.back().length;
+    lines.pop_back();
+    lines.back().length += length;
+  }
+}
+
+// Behind a text's last line there may be a CR alone.
+std::size_t LengthWithoutLineEnd(const TextLine& line, const std::string& text) {
+  std::size_t length = line.length;
+  while (length > 0 && (text[line.start + length - 1] == '\n' || text[line.start + length - 1] == '\r')) --length;
+  return length;
+}
+
+std::vector<PlacedPiece> PlacePieces(const TextLine& line, const std::string& text, const PageCanvas& canvas,
+                                     std::size_t firstNumber) {
+  std::vector<PlacedPiece> placed;
+  int x = canvas.margin;
+  std::size_t at = line.start;
+  for (const WordPiece& piece : FindPieces(text, line, firstNumber)) {
+    placed.push_back({piece, {}});
+    for (; at < piece.start + piece.length; ++at) {
+      const bool isFirstLetter = at >= piece.start && IsLetterByte(text[at]) && !placed.back().x;
+      if (isFirstLetter) placed.back().x = x;
+      x += canvas.advances[static_cast<unsigned char>(text[at])];
+    }
+  }
+  return placed;
+}
+
+int PageOf(const PagedText& paged, std::size_t place) {
+  const auto isBefore = [](std::size_t offset, const VcPageIndexEntry& entry) { return offset < entry.text_offset; };
+  return static_cast<int>(std::upper_bound(paged.pages.begin(), paged.pages.end(), place, isBefore) -
+                          paged.pages.begin()) -
+         1;
+}
+
+// A page that clicks go to. Each of them turns a mark round and saves it.
+class ClickablePage {
+ public:
+  explicit ClickablePage(ScriptSession& session) : session_(session) {}
+
+  // A Refusal when the mark cannot be made what it should be. A piece with digits alone has nothing to click on.
+  void Mark(const WordPiece& piece, std::int32_t wanted) {
+    Show(PageOf(session_.Paged(), piece.start));
+    for (const PageLine& line : lines_) {
+      for (const PlacedPiece& placed : line.pieces) {
+        if (placed.piece.start != piece.start || !placed.x) continue;
+        if (Click(*placed.x, line.y) != wanted && Click(*placed.x, line.y) != wanted) {
+          throw Refusal("its marks could not be saved");
+        }
+      }
+    }
+  }
+
+ private:
+  void Show(int page) {
+    if (page == page_) return;
+    StopIfInterrupted();
+    lines_ = ReadPageLines(session_, page);
+    page_ = page;
+  }
+
+  std::int32_t Click(int x, int y) {
+    std::array<char, 161> word{};
+    std::int32_t state = -1;
+    vcBeginSelect(session_.Canvas().picture.get(), x, y, &state, word.data());
+    return state;
+  }
+
+  ScriptSession& session_;
+  int page_ = -1;
+  std::vector<PageLine> lines_;
+};
+
+}  // namespace
+
+std::vector<PageLine> ReadPageLines(ScriptSession& session, int page) {
+  const int lineCount = session.LayOutPage(page);
+  const PagedText& paged = session.Paged();
+  std::vector<TextLine> lines = LinesOfPage(paged, page);
+  JoinLinesBehind(lines, lineCount);
+  std::size_t number = paged.pages[static_cast<std::size_t>(page)].first_word;
+  const PageCanvas& canvas = session.Canvas();
+  std::vector<PageLine> pageLines;
+  pageLines.reserve(lines.size());
+  for (const TextLine& line : lines) {
+    const int y = canvas.margin + static_cast<int>(pageLines.size()) * canvas.lineHeight;
+    pageLines.push_back(
+        {line.start, LengthWithoutLineEnd(line, paged.text), y, PlacePieces(line, paged.text, canvas, number)});
+    number += pageLines.back().pieces.size();
+  }
+  return pageLines;
+}
+
+void ClickOnWords(ScriptSession& session, const std::vector<ScriptWord>& words, Mark mark) {
+  const std::int32_t wanted = mark == Mark::On ? 1 : 0;
+  const Marks marks = session.ReadMarks();
+  ClickablePage page(session);
+  for (const ScriptWord& word : words) {
+    for (const WordPiece& piece : word.pieces) {
+      if (HasRoomFor(marks, piece.number)) page.Mark(piece, wanted);
+    }
+  }
+}
+
+}  // namespace tavimo::host

@@ -1,0 +1,32 @@
+// The lines of a page as the engine laid it out: where each stands in the text, and where the words are to be clicked on.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "script_session.h"
+
+namespace tavimo::host {
+
+struct PlacedPiece {
+  WordPiece piece;
+  std::optional<int> x;  // of its first letter, which a click must hit; none where it has digits alone
+};
+
+struct PageLine {
+  std::size_t start = 0;   // in the text
+  std::size_t length = 0;  // without the line end
+  int y = 0;
+  std::vector<PlacedPiece> pieces;
+};
+
+// Reads and lays out a page, from 0. A Refusal when there is no such page.
+[[nodiscard]] std::vector<PageLine> ReadPageLines(ScriptSession& session, int page);
+
+// Marks words of the script or takes their marks away, by clicks on them. Pieces that the highlight file has no room for
+// stay as they are. A Refusal when the engine does not mark one of the others.
+enum class Mark { Off, On };
+void ClickOnWords(ScriptSession& session, const std::vector<ScriptWord>& words, Mark mark);
+
+}  // namespace tavimo::host
