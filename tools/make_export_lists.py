@@ -63,8 +63,15 @@ def version_script(exports, kit):
     return '{\n  global:\n' + ''.join(f'    {name};\n' for name in names) + '  local: *;\n};\n'
 
 
-def alias_options(exports):
-    return ''.join(f'--defsym={e.name}={e.alias_of}\n' for e in exports if e.built and e.alias_of)
+def decorated(export, name, pointer_bytes):
+    """A name as the linker of a platform knows it: 32-bit Windows decorates the callee-removes convention."""
+    return f'_{name}@{export.stack_bytes}' if pointer_bytes == 4 else name
+
+
+def alias_options(exports, pointer_bytes):
+    aliases = [e for e in exports if e.built and e.alias_of]
+    return ''.join(f'--defsym={decorated(e, e.name, pointer_bytes)}={decorated(e, e.alias_of, pointer_bytes)}\n'
+                   for e in aliases)
 
 
 def module_definition(exports):
@@ -74,15 +81,17 @@ def module_definition(exports):
     return '\n'.join(lines) + '\n'
 
 
-def import_definition(exports):
-    """The list from which a 32-bit import library is made: decorated symbols for undecorated names."""
-    return 'LIBRARY tavimo\nEXPORTS\n' + ''.join(f'  {e.name}@{e.stack_bytes}\n' for e in exports if e.built)
+def import_definition(exports, pointer_bytes):
+    """The list from which the import library is made: in 32 bits decorated symbols for undecorated names."""
+    names = [decorated(e, e.name, pointer_bytes).removeprefix('_') for e in exports if e.built]
+    return 'LIBRARY tavimo\nEXPORTS\n' + ''.join(f'  {name}\n' for name in names)
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument('--table', required=True)
     parser.add_argument('--kit', help='header of the host kit, for the version script')
+    parser.add_argument('--pointer-bytes', type=int, default=8, help='4 for 32-bit Windows, whose names are decorated')
     parser.add_argument('--version-script')
     parser.add_argument('--aliases')
     parser.add_argument('--def', dest='definition')
@@ -91,9 +100,9 @@ def main():
     exports = read_table(arguments.table)
     outputs = {
         arguments.version_script: lambda: version_script(exports, kit_names(arguments.kit)),
-        arguments.aliases: lambda: alias_options(exports),
+        arguments.aliases: lambda: alias_options(exports, arguments.pointer_bytes),
         arguments.definition: lambda: module_definition(exports),
-        arguments.import_definition: lambda: import_definition(exports),
+        arguments.import_definition: lambda: import_definition(exports, arguments.pointer_bytes),
     }
     for path, make in outputs.items():
         if path:

@@ -54,7 +54,8 @@ struct TextSize {
 
 // Paints GBK text with the selected font and text colour, its upper left corner at (x, y). Byte i moves what follows it by
 // advances[i] pixels, each byte of a character its own share; what the advances do not cover is not painted. Only the
-// characters' own pixels change, the same ones each time. A control character leaves its room empty.
+// characters' own pixels change, the same ones each time, unless the host had its context fill the ground under them. A
+// control character leaves its room empty.
 void PaintText(VcDc dc, std::int32_t x, std::int32_t y, std::string_view gbk,
                std::span<const std::int32_t> advances) noexcept;
 

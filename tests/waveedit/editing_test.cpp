@@ -192,9 +192,8 @@ TEST_F(Editing, RefusesTablesThatMakeNoSense) {
 TEST_F(Editing, RefusesWhatWouldLoseTheRecording) {
   Bytes file = WaveFile({}, Numbered(40000));
   Values starts = {0, 100, 200};
-  for (const std::uint8_t highByte :
-       {std::uint8_t{0x80}, std::uint8_t{0xFF}}) {  // 2 GiB and more, as streams and long recordings have it
-    file[43] = highByte;
+  for (const int highByte : {0x80, 0xFF}) {  // 2 GiB and more, as streams and long recordings have it
+    file[43] = static_cast<std::uint8_t>(highByte);
     WriteBytes("a.wav", file);
     EXPECT_EQ(Delete(starts, {0, 1, 0}), -1);
     EXPECT_EQ(ReadBytes("a.wav"), file);

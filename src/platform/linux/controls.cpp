@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/linux/guarded.h"
+#include "platform/common/guarded.h"
 #include "tavimo_host.h"
 
 namespace tavimo::platform {

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/linux/handle_table.h"
+#include "platform/common/handle_table.h"
 #include "platform/linux/message_queue.h"
 #include "platform/linux/window_table.h"
 #include "tavimo_host.h"

@@ -1,7 +1,7 @@
 // Implements drawing.h over the host kit's device contexts.
 #include "platform/drawing.h"
 
-#include "platform/linux/guarded.h"
+#include "platform/common/guarded.h"
 #include "platform/linux/memory_dc.h"
 
 namespace tavimo::platform {

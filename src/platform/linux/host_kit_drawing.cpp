@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
+#include "platform/common/guarded.h"
 #include "platform/drawing.h"
 #include "platform/linux/fonts.h"
-#include "platform/linux/guarded.h"
 #include "platform/linux/memory_dc.h"
 #include "tavimo_host.h"
 

@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/common/guarded.h"
 #include "platform/linux/descriptor.h"
-#include "platform/linux/guarded.h"
 #include "platform/linux/memory_dc.h"
 #include "platform/linux/posix_calls.h"
 #include "tavimo_host.h"

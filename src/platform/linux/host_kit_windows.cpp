@@ -3,8 +3,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/common/guarded.h"
 #include "platform/linux/desktop.h"
-#include "platform/linux/guarded.h"
 #include "platform/windows.h"
 #include "tavimo_host.h"
 

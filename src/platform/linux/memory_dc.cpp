@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/linux/never_destroyed.h"
+#include "platform/common/never_destroyed.h"
 
 namespace tavimo::platform {
 

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/common/handle_table.h"
 #include "platform/linux/fonts.h"
-#include "platform/linux/handle_table.h"
 #include "platform/linux/lines.h"
 #include "tavimo.h"
 

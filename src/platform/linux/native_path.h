@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/common/engine_path.h"
+
 namespace tavimo::platform {
 
 // Names are compared by this: ASCII letters have one case, bytes of other characters stay as they are.
@@ -32,8 +34,7 @@ struct NativeLocation {
 };
 [[nodiscard]] std::optional<NativeLocation> LocateNative(const char* enginePath) noexcept;
 
-// An absolute path gets the letter of the longest drive folder that contains it. Nothing for an empty path, one that is
-// not UTF-8, and one with a character that GBK lacks or with a backslash in a name.
-[[nodiscard]] std::optional<std::string> EnginePath(std::string_view nativePath) noexcept;
+// The other way, EnginePath, is declared in engine_path.h: an absolute path gets the letter of the longest drive folder
+// that contains it; a name with a backslash has no engine path.
 
 }  // namespace tavimo::platform

@@ -1,7 +1,7 @@
 // Implements pulse_connection.h.
 #include "platform/linux/pulse_connection.h"
 
-#include "platform/linux/guarded.h"
+#include "platform/common/guarded.h"
 
 namespace tavimo::platform {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/audio_ends.h"
+#include "platform/common/audio_ends.h"
 #include "platform/linux/pulse_library.h"
 
 namespace tavimo::platform {

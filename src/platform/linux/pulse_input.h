@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/audio_ends.h"
-#include "platform/linux/block_queue.h"
+#include "platform/common/audio_ends.h"
+#include "platform/common/block_queue.h"
 #include "platform/linux/pulse_stream.h"
 
 namespace tavimo::platform {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/linux/audio_ends.h"
+#include "platform/common/audio_ends.h"
 #include "platform/linux/pulse_connection.h"
 
 namespace tavimo::platform {

@@ -15,19 +15,35 @@ void* Run(void* entry) {
   return nullptr;
 }
 
+// A thread inherits a mask with every signal in it: a host's handlers run on the host's own threads.
+class SignalsBlocked {
+ public:
+  SignalsBlocked() noexcept {
+    sigset_t everything;
+    sigfillset(&everything);
+    pthread_sigmask(SIG_SETMASK, &everything, &previous_);
+  }
+  SignalsBlocked(const SignalsBlocked&) = delete;
+  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+
+ private:
+  sigset_t previous_;
+};
+
 }  // namespace
 
 bool StartThread(void (*entry)() noexcept) noexcept {
-  // The thread inherits a mask with every signal in it: a host's handlers run on the host's own threads.
-  sigset_t everything;
-  sigset_t previous;
-  sigfillset(&everything);
-  pthread_sigmask(SIG_SETMASK, &everything, &previous);
+  const SignalsBlocked blocked;
   pthread_t thread{};
   const bool isStarted = pthread_create(&thread, nullptr, Run, reinterpret_cast<void*>(entry)) == 0;
-  pthread_sigmask(SIG_SETMASK, &previous, nullptr);
   if (isStarted) pthread_detach(thread);
   return isStarted;
+}
+
+void WithSignalsBlocked(void (*action)(void* user), void* user) {
+  const SignalsBlocked blocked;
+  action(user);
 }
 
 }  // namespace tavimo::platform

@@ -7,8 +7,8 @@
 #include <mutex>
 #include <string>
 
+#include "platform/common/handle_table.h"
 #include "platform/linux/controls.h"
-#include "platform/linux/handle_table.h"
 #include "platform/linux/window_titles.h"
 #include "platform/windows.h"
 

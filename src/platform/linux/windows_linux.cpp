@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/common/guarded.h"
+#include "platform/common/never_destroyed.h"
 #include "platform/linux/desktop.h"
-#include "platform/linux/guarded.h"
-#include "platform/linux/never_destroyed.h"
 #include "platform/text.h"
 #include "platform/windows.h"
 

@@ -1,14 +1,12 @@
 // Implements file_input.h with a thread of its own while it is started, which reads, converts and fills.
-#include "platform/linux/file_input.h"
-
-#include <pthread.h>
-#include <signal.h>
+#include "platform/common/file_input.h"
 
 #include <array>
 #include <chrono>
 #include <optional>
 
-#include "platform/linux/guarded.h"
+#include "platform/common/guarded.h"
+#include "platform/threads.h"
 
 namespace tavimo::platform {
 
@@ -18,22 +16,6 @@ using std::chrono::steady_clock;
 
 // Far below the 57 ms of one of the engine's blocks; above it the processor would only wake for nothing.
 constexpr std::chrono::milliseconds kTick{10};
-
-// A thread started meanwhile leaves every signal to the host's own threads.
-class SignalsBlocked {
- public:
-  SignalsBlocked() noexcept {
-    sigset_t everything;
-    sigfillset(&everything);
-    pthread_sigmask(SIG_SETMASK, &everything, &previous_);
-  }
-  SignalsBlocked(const SignalsBlocked&) = delete;
-  SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-  ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
-
- private:
-  sigset_t previous_;
-};
 
 // The bytes written.
 std::size_t WriteSample(int sample, const WaveFormat& format, std::uint8_t* bytes) noexcept {
@@ -59,8 +41,12 @@ std::unique_ptr<InputSource> FileInput::Open(const std::string& nativePath, cons
 
 bool FileInput::Start() noexcept {
   return Guarded(false, [this] {
-    const SignalsBlocked blocked;
-    thread_ = std::jthread([this](const std::stop_token& stop) { Run(stop); });
+    WithSignalsBlocked(
+        [](void* self) {
+          auto* input = static_cast<FileInput*>(self);
+          input->thread_ = std::jthread([input](const std::stop_token& stop) { input->Run(stop); });
+        },
+        this);
     return true;
   });
 }

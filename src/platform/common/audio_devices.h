@@ -7,14 +7,19 @@
 #include <optional>
 #include <string>
 
-#include "platform/linux/audio_ends.h"
-#include "platform/linux/block_queue.h"
-#include "platform/linux/handle_table.h"
+#include "platform/common/audio_ends.h"
+#include "platform/common/block_queue.h"
+#include "platform/common/handle_table.h"
 
 namespace tavimo::platform {
 
+// What audio.h says of an input device, over a source of ours.
 struct InputDevice {
   InputDevice(VcWindow window, const WaveFormat& format) noexcept : owner(window), queue(window, SilenceOf(format)) {}
+
+  AudioResult Start() noexcept;
+  AudioResult Stop() noexcept;
+  AudioResult Reset() noexcept;
 
   VcWindow owner;
   BlockQueue queue;
@@ -36,5 +41,12 @@ struct AudioDevices {
 };
 
 AudioDevices& TheAudioDevices() noexcept;
+
+// The message that an input device sends its window as it comes and as it goes.
+enum class InputNotice : std::uint32_t { Opened = 0x3BE, Closed = 0x3BF };
+
+// Input devices with the source that is chosen; audio.h says what the results are.
+[[nodiscard]] AudioResult OpenQueuedInput(WaveInput& device, const WaveFormat& format, VcWindow window) noexcept;
+AudioResult CloseQueuedInput(WaveInput device) noexcept;
 
 }  // namespace tavimo::platform

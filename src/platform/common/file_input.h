@@ -8,9 +8,9 @@
 #include <thread>
 #include <utility>
 
-#include "platform/linux/audio_ends.h"
-#include "platform/linux/block_queue.h"
-#include "platform/linux/pcm_file.h"
+#include "platform/common/audio_ends.h"
+#include "platform/common/block_queue.h"
+#include "platform/common/pcm_file.h"
 
 namespace tavimo::platform {
 

@@ -2,7 +2,7 @@
 // sound system of their own. They run on the user-interface thread alone.
 #pragma once
 
-#include "platform/linux/audio_ends.h"
+#include "platform/common/audio_ends.h"
 
 namespace tavimo::platform {
 

@@ -1,14 +1,14 @@
-// Implements audio_choice.h over the ends there are.
-#include "platform/linux/audio_choice.h"
+// Implements audio_choice.h over the ends there are on Linux.
+#include "platform/common/audio_choice.h"
 
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
-#include "platform/linux/audio_devices.h"
-#include "platform/linux/file_input.h"
-#include "platform/linux/guarded.h"
-#include "platform/linux/host_ends.h"
+#include "platform/common/audio_devices.h"
+#include "platform/common/file_input.h"
+#include "platform/common/guarded.h"
+#include "platform/common/host_ends.h"
 #include "platform/linux/pulse_input.h"
 #include "platform/linux/pulse_output.h"
 

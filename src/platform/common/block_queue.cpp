@@ -1,6 +1,6 @@
 // Implements block_queue.h. Messages are posted with the queue locked, because their order is the order of the blocks;
 // the locks that posting takes are held for a few instructions and never around a call of this queue.
-#include "platform/linux/block_queue.h"
+#include "platform/common/block_queue.h"
 
 #include <algorithm>
 #include <cstring>

@@ -3,12 +3,12 @@
 //   bits  sample
 //      8  one byte, 0x80 is silence
 //     16  two bytes, signed
-#include "platform/linux/pcm_file.h"
+#include "platform/common/pcm_file.h"
 
 #include <algorithm>
 
-#include "platform/linux/audio_ends.h"
-#include "platform/linux/native_path.h"
+#include "platform/common/audio_ends.h"
+#include "platform/common/engine_path.h"
 
 namespace tavimo::platform {
 
