@@ -16,6 +16,7 @@ TABLE = Path('exports/tavimo.exports')
 HEADER = Path('include/tavimo.h')
 KIT = Path('include/tavimo_host.h')
 GUIDE = Path('docs/host-guide.md')
+IMPORTS = Path('exports/windows7.imports')
 EXPORT_COUNT = 104
 LARGEST_STACK_BYTES = 32
 DECLARATION = re.compile(r'^VC_API\b([^;()]*?)\bVC_CALL\s+(\w+)\(([^;]*?)\)\s*VC_NOEXCEPT;', re.M)
@@ -116,14 +117,59 @@ def absence_rows(exports):
                 yield path, 1, f'{export.name} is named nowhere'
 
 
+def dll_listing(dll):
+    """The names a DLL exports with their addresses, and the functions it imports by library; None when it is unreadable."""
+    listing = subprocess.run(['x86_64-w64-mingw32-objdump', '-p', dll], capture_output=True, text=True)
+    if listing.returncode != 0:
+        return None
+    text = listing.stdout
+    addresses = dict(re.findall(r'\[ *(\d+)\] \+base\[ *\d+\] +([0-9a-f]+) Export RVA', text))
+    names = re.findall(r'^\s+\[ *(\d+)\] (\w\S*)$', text, re.M)
+    exported = {name: addresses.get(number) for number, name in names}
+    imported = {}
+    for part in text.split('DLL Name: ')[1:]:
+        library, _, rest = part.partition('\n')
+        functions = re.findall(r'^\t[0-9a-f]+\t +(?:\d+|<none>)\s+(\w+)', rest.split('\n\n')[0], re.M)
+        imported[library.strip().lower()] = functions
+    return exported, imported
+
+
+def dll_rows(exports, dll):
+    """What is wrong with a DLL: its names, undecorated; its second names; what it imports."""
+    found = dll_listing(dll)
+    if found is None:
+        yield dll, 1, 'cannot be read: build it first'
+        return
+    exported, imported = found
+    wanted = [e.name for e in exports if e.built]
+    for name in sorted(set(wanted) ^ set(exported)):
+        yield dll, 1, f'{name} is ' + ('not exported' if name in wanted else 'exported, but not in the table')
+    for export in exports:
+        if export.alias_of and exported.get(export.name) != exported.get(export.alias_of):
+            yield dll, 1, f'{export.name} and {export.alias_of} are not the same entry'
+    known = set(house.read(IMPORTS).split('\n'))
+    if not imported:
+        yield dll, 1, 'imports nothing, which cannot be'
+    for library, functions in imported.items():
+        if not functions:
+            yield dll, 1, f'the functions imported from {library} cannot be read'
+        for name in functions:
+            if f'{library} {name}' not in known:
+                yield dll, 1, f'imports {name} from {library}, which {IMPORTS} does not have'
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument('--library', help='the built library; without it, table and header alone are compared')
-    library = parser.parse_args().library
+    parser.add_argument('--dll', help='a built tavimo.dll')
+    arguments = parser.parse_args()
+    library = arguments.library
     exports = read_table(house.ROOT / TABLE)
     rows = [*table_rows(exports), *header_rows(exports, house.read(HEADER)), *absence_rows(exports)]
     if library:
         rows += library_rows(exports, library)
+    if arguments.dll:
+        rows += dll_rows(exports, arguments.dll)
     house.report(rows)
 
 

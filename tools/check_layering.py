@@ -23,7 +23,8 @@ BUILDS_ON = {
 # Tests of one back end stand in a folder of its name. A host has at most one file for each system: what the C++ library
 # has no words for.
 MAY_KNOW_THE_PLATFORM = re.compile(
-    r'src/platform/|tests/support/|tests/platform/(linux|win32)/|hosts/\w+/system_(posix|win32)\.cpp$')
+    r'src/platform/|tests/support/|tests/platform/(linux|win32)/|hosts/\w+/system_(posix|win32)\.cpp$'
+    r'|examples/windows_\w+\.c$')
 MAY_NAME_THE_PLATFORM = re.compile(r'include/')  # the public headers say what a handle is on each platform
 PUBLIC_HEADERS = {'tavimo.h', 'tavimo_host.h'}
 # Files that are no door and include platform/windows.h all the same, each with its reason.

@@ -2,6 +2,7 @@
 # with_wine.sh FOLDER COMMAND…: runs a command (wine PROGRAM…) with a Wine of its own that lives in FOLDER: no screen, no
 # sound hardware, no crash dialogue, and a service process that is held for the length of the command, so that programs
 # start quickly and hold no pipe of the caller's open. Not for desktops: windows are there, but nobody sees them.
+# The command starts in FOLDER/work.
 #
 # TAVIMO_CODE_PAGE  the system's code page: 936 (as if not set) or 1252
 # As root the command runs as the owner of FOLDER, who may then not be root: root may write read-only files, and a test
@@ -32,14 +33,16 @@ fi
 [ -e "$folder/asound.conf" ] || echo 'pcm.!default { type null }' >"$folder/asound.conf"
 
 unset DISPLAY LANG LC_CTYPE LANGUAGE
-export LOCPATH="$folder/locale" LC_ALL="$locale" WINEPREFIX="$folder/prefix" WINEDEBUG=${WINEDEBUG:--all} WINEARCH=win64
+export WINEPREFIX="$folder/prefix" WINEDEBUG=${WINEDEBUG:--all} WINEARCH=win64
 export PULSE_SERVER=${PULSE_SERVER:-none} ALSA_CONFIG_PATH="$folder/asound.conf"
 # Without the debugger a crash is a status that is not 0.
 export WINEDLLOVERRIDES='winedbg.exe=d;mscoree=;mshtml='
 # What the programs need of temporary files is the prefix's own.
 unset TMPDIR TEMP TMP
 
-quietly() { "$@" </dev/null >/dev/null 2>&1; }
+# The language is for the programs alone: this shell would complain that it does not know it.
+in_language=(env LOCPATH="$folder/locale" LC_ALL="$locale")
+quietly() { "${in_language[@]}" "$@" </dev/null >/dev/null 2>&1; }
 
 if [ ! -e "$folder/prefix/ready" ]; then
   quietly wineboot -i
@@ -50,8 +53,11 @@ if [ ! -e "$folder/prefix/ready" ]; then
 fi
 quietly wineserver -p || true
 quietly wine cmd /c rem
+# A folder that the command may write in.
+mkdir -p "$folder/work"
+cd "$folder/work"
 status=0
-"$@" || status=$?
+"${in_language[@]}" "$@" || status=$?
 quietly wineserver -k || true
 quietly wineserver -w
 exit "$status"

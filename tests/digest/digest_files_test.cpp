@@ -44,9 +44,9 @@ TEST_F(DigestFiles, AreCurrentOnlyWithTheTimeOfTheirRecording) {
   WriteText("lessons/unit1.wav", "recording");
   EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 0);
   WriteText("temp/unit1.tmp", "working");
-  fs::last_write_time("temp/unit1.tmp", fs::last_write_time("lessons/unit1.wav"));
+  SetWriteTime("temp/unit1.tmp", WriteTimeOf("lessons/unit1.wav"));
   EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 1);
-  fs::last_write_time("temp/unit1.tmp", fs::last_write_time("lessons/unit1.wav") + std::chrono::nanoseconds(100));
+  SetWriteTime("temp/unit1.tmp", WriteTimeOf("lessons/unit1.wav") + 100);
   EXPECT_EQ(vcIfDigestFileExist("lessons\\unit1.wav"), 0) << "another time is another recording";
   EXPECT_EQ(vcIfDigestFileExist("lessons\\gone.wav"), 0);
   EXPECT_EQ(vcIfDigestFileExist(nullptr), 0);
@@ -100,11 +100,11 @@ TEST_F(DigestFiles, AreShortenedByDroppingLevelsEvenly) {
                        {0, 0},
                        {-2147483647, 0}}) {
     WriteBytes("temp/a.tmp", Numbered(100));
-    const auto time = fs::last_write_time("temp/a.tmp") - std::chrono::hours(5);
-    fs::last_write_time("temp/a.tmp", time);
+    const auto time = WriteTimeOf("temp/a.tmp") - 18'000'000'000'000;
+    SetWriteTime("temp/a.tmp", time);
     vcAdjustDigestFile("temp\\a.tmp", c.durationMs);
     EXPECT_EQ(ReadBytes("temp/a.tmp").size(), c.left) << c.durationMs;
-    EXPECT_EQ(fs::last_write_time("temp/a.tmp"), time) << "it stays current";
+    EXPECT_EQ(WriteTimeOf("temp/a.tmp"), time) << "it stays current";
   }
   WriteBytes("temp/a.tmp", Numbered(12));
   vcAdjustDigestFile("temp\\a.tmp", 360);  // three too many: every fourth goes

@@ -127,12 +127,12 @@ TEST_F(DigestMaker, RefusesWithoutATrace) {
 
 TEST_F(DigestMaker, GivesTheDigestTheTimeOfItsSource) {
   WriteBytes("a.wav", WaveFile({}, Bytes(5000)));
-  fs::last_write_time("a.wav", fs::last_write_time("a.wav") - std::chrono::nanoseconds(123456789012345));
+  SetWriteTime("a.wav", WriteTimeOf("a.wav") - 123456789012345);
   ASSERT_EQ(vcSimpleMakeDigestFile("a.wav", "a.wav", "temp\\a.tmp", nullptr), 1);
-  EXPECT_EQ(fs::last_write_time("temp/a.tmp"), fs::last_write_time("a.wav"));
+  EXPECT_EQ(WriteTimeOf("temp/a.tmp"), WriteTimeOf("a.wav"));
   ASSERT_EQ(vcMakeDigestFile("a.wav", "a.wav", "temp\\b.tmp"), 1);
   EXPECT_EQ(Wait(), 1000);
-  EXPECT_EQ(fs::last_write_time("temp/b.tmp"), fs::last_write_time("a.wav"));
+  EXPECT_EQ(WriteTimeOf("temp/b.tmp"), WriteTimeOf("a.wav"));
   EXPECT_EQ(ReadBytes("temp/a.tmp"), ReadBytes("temp/b.tmp"));
 }
 

@@ -26,12 +26,13 @@ TEST_F(PageLayouts, HaveWholePixelsAndAtMostSixtyLines) {
   for (const auto& [height, lines] : {std::pair{300, 15}, {303, 15}, {304, 16}, {18, 0}, {-300, 0}, {9999, 60}}) {
     EXPECT_EQ(pages::LinesPerPage(height, 19), lines) << height;
   }
-  EXPECT_EQ(vcSetPageSettings(pane.dc, 100, 50, 3, 4, 1), 25) << "21 pixels of text";
-  const Picture withoutFont(1, 1);
-  EXPECT_EQ(vcSetPageSettings(withoutFont.dc, 7, 7, 7, 7, 0), 0);
+  std::int32_t textHeight = 0;
+  tvTextExtent(pane.dc, "a", 1, nullptr, &textHeight);
+  EXPECT_EQ(vcSetPageSettings(pane.dc, 100, 50, 3, 4, 1), pages::LineHeight(textHeight, 1));
+  EXPECT_EQ(vcSetPageSettings(nullptr, 7, 7, 7, 7, 0), 0);
   EXPECT_EQ(pages::State().pageSettings.pageWidth, 100) << "the earlier settings stay";
   EXPECT_EQ(vcCountPage(pane.dc), 1) << "the empty page at load";
-  EXPECT_EQ(vcCountPage(withoutFont.dc), 0);
+  EXPECT_EQ(vcCountPage(nullptr), 0);
 }
 
 TEST_F(PageLayouts, APageFileHasTheBoundsOfEachPage) {
@@ -80,7 +81,7 @@ TEST_F(PageLayouts, EveryScriptHasAnEnd) {
       {"a page narrower than a character", u8"好 a"_gbk, 3, 100, {{0, 0}}},
       {"a character too wide for a page that has begun", u8"  好"_gbk, 8, 100, {{0, 0}, {2, 0}}},
       {"a quote that has no byte to take along", "ab \"", 3, 21, {{0, 0}}},
-      {"a page lower than a line", "abc", 300, 20, {{0, 0}}},
+      {"a page lower than a line", "abc", 300, 19, {{0, 0}}},
       {"negative sizes", "abc", -300, -100, {{0, 0}}},
       {"a page of too many bytes", std::string(6000, 'a'), 99999999, 100, {{0, 0}, {4988, 1}}},
       {"a marker cut by the page's end", "@@b", 1, 21, {{0, 0}, {1, 0}}},
@@ -104,10 +105,9 @@ TEST_F(PageLayouts, AFailureLeavesTheEarlierPageFile) {
   vcSetPageSettings(pane.dc, 300, 42, 0, 0, 0);
   Paginate("one two");
   const Bytes before = ReadBytes("script.pag");
-  const Picture withoutFont(1, 1);
   EXPECT_EQ(vcGenPageFile(0, "missing.txt", "script.pag", pane.dc), -1);
   EXPECT_EQ(vcGenPageFile(0, nullptr, nullptr, pane.dc), -1);
-  EXPECT_EQ(vcGenPageFile(0, "script.txt", "script.pag", withoutFont.dc), -1);
+  EXPECT_EQ(vcGenPageFile(0, "script.txt", "script.pag", nullptr), -1);
   EXPECT_EQ(vcGenPageFile(0, "script.txt", "no such folder\\script.pag", pane.dc), -1);
   EXPECT_EQ(vcGenPageFile(0, "script.txt", "SCRIPT.TXT", pane.dc), -1) << "the script itself";
   EXPECT_EQ(ReadBytes("script.pag"), before);

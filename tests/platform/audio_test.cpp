@@ -6,6 +6,7 @@
 #include <span>
 
 #include "support/captured_sound.h"
+#include "support/system.h"
 
 namespace tavimo::tests {
 namespace {
@@ -221,8 +222,8 @@ TEST_F(AudioTest, ChoosesDevicesByTheHostThenByTheEnvironment) {
     EXPECT_EQ(tvUseWaveOutput(c.device), c.output) << c.device;
   }
 
-  setenv("TAVIMO_WAVE_INPUT", "none", 1);
-  setenv("TAVIMO_WAVE_OUTPUT", "none", 1);
+  SetVariable("TAVIMO_WAVE_INPUT", "none");
+  SetVariable("TAVIMO_WAVE_OUTPUT", "none");
   WaveInput input = 77;
   WaveOutput output = 78;
   for (const char* device : {static_cast<const char*>(nullptr), "none"}) {
@@ -236,8 +237,8 @@ TEST_F(AudioTest, ChoosesDevicesByTheHostThenByTheEnvironment) {
   tvUseWaveInput("host");
   const InputRig rig(kEightMono);
   EXPECT_EQ(rig.result, platform::kAudioOk) << "the host's choice comes first";
-  unsetenv("TAVIMO_WAVE_INPUT");
-  unsetenv("TAVIMO_WAVE_OUTPUT");
+  SetVariable("TAVIMO_WAVE_INPUT", nullptr);
+  SetVariable("TAVIMO_WAVE_OUTPUT", nullptr);
 }
 
 // Bytes as they come from a file device, in blocks of their own.

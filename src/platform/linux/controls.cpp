@@ -41,9 +41,8 @@ std::intptr_t ListBox::Handle(std::uint32_t message, std::uintptr_t wparam, std:
 }
 
 std::intptr_t ListBox::Add(const char* text) noexcept {
-  if (!text) return kListError;
   return Guarded<std::intptr_t>(kListErrorSpace, [&] {
-    lines_.emplace_back(text);
+    lines_.emplace_back(text ? text : "");
     return static_cast<std::intptr_t>(lines_.size() - 1);
   });
 }
@@ -53,8 +52,8 @@ std::intptr_t ListBox::Length(std::uintptr_t index) const noexcept {
 }
 
 std::intptr_t ListBox::CopyTo(std::uintptr_t index, char* text) const noexcept {
-  if (index >= lines_.size() || !text) return kListError;
-  std::memcpy(text, lines_[index].c_str(), lines_[index].size() + 1);
+  if (index >= lines_.size()) return kListError;
+  if (text) std::memcpy(text, lines_[index].c_str(), lines_[index].size() + 1);
   return Length(index);
 }
 

@@ -55,14 +55,14 @@ class MovedOutput final : public OutputSink {
 }  // namespace
 
 std::unique_ptr<InputSource> OpenChosenSource(const WaveFormat& format, BlockQueue& queue) {
-  const std::string choice = ChosenDevice(kInputVariable);
+  const std::string choice = ChosenDevice(kInputVariables);
   if (choice == "host") return std::make_unique<FedInput>(queue);
   if (choice.starts_with(kFilePrefix)) return FileInput::Open(choice.substr(kFilePrefix.size()), format, queue);
   return nullptr;
 }
 
 std::unique_ptr<OutputSink> OpenChosenSink(const WaveFormat& format) {
-  const std::string choice = ChosenDevice(kOutputVariable);
+  const std::string choice = ChosenDevice(kOutputVariables);
   if (choice == "none") return nullptr;
   if (choice == "host") return std::make_unique<MovedOutput>();
   const std::optional<UINT> number = FindWaveDevice(AudioDirection::Output, choice);

@@ -74,7 +74,7 @@ AudioResult OpenSystemInput(WaveInput& device, const WaveFormat& format, VcWindo
 
 AudioResult OpenWaveInput(WaveInput& device, const WaveFormat& format, VcWindow window) noexcept {
   return Guarded(kAudioNoMemory, [&] {
-    const std::string choice = ChosenDevice(kInputVariable);
+    const std::string choice = ChosenDevice(kInputVariables);
     if (choice == "none" || choice.empty()) return kAudioNoDevice;
     return IsQueuedByUs(choice) ? OpenQueuedInput(device, format, window)
                                 : OpenSystemInput(device, format, window, choice);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "platform/win32/system.h"
@@ -27,5 +28,23 @@ inline std::int64_t TicksFrom(const FILETIME& time) noexcept {
 inline FILETIME FiletimeFrom(std::int64_t ticks) noexcept {
   return {static_cast<DWORD>(ticks & 0xFFFFFFFF), static_cast<DWORD>(ticks >> 32)};
 }
+
+// A name in the folder of another, of fixed length so that it fits where that one does, and always the same for one name
+// and process. May throw std::bad_alloc.
+[[nodiscard]] std::wstring NameBeside(const std::wstring& fullPath, const wchar_t* ending);
+
+// Nothing for what WidePath refuses, and for a path that ends in a separator. May throw std::bad_alloc.
+[[nodiscard]] std::optional<std::wstring> FullPath(const char* enginePath);
+
+// A file so marked goes when the last handle of it is closed, and until then keeps its name.
+void MarkForDeletion(HANDLE file, BOOL isMarked) noexcept;
+
+enum class RenameKind {
+  ToFreeName,
+  Plain,     // over a file that nobody has open
+  OverOpen,  // over any file; systems before Windows 10 refuse
+};
+// REQUIRES: the file was opened with the right to delete it.
+bool RenameByHandle(HANDLE file, const std::wstring& fullPath, RenameKind kind);
 
 }  // namespace tavimo::platform

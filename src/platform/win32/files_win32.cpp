@@ -98,7 +98,25 @@ class NamedEntry {
   HANDLE handle_ = INVALID_HANDLE_VALUE;
 };
 
+// The name is free at once, also while somebody reads the file: it steps aside then, and goes with its last reader.
+bool Remove(const std::wstring& fullPath) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  if (HANDLE file = CreateFileW(fullPath.c_str(), DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+      file != INVALID_HANDLE_VALUE) {
+    CloseHandle(file);
+    return DeleteFileW(fullPath.c_str()) != 0;
+  }
+  HANDLE file = CreateFileW(fullPath.c_str(), DELETE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  const bool isAside = RenameByHandle(file, NameBeside(fullPath, L"old"), RenameKind::ToFreeName);
+  if (isAside) MarkForDeletion(file, TRUE);
+  CloseHandle(file);
+  return isAside;
+}
+
+// The system has another meaning for 0 and -1.
 bool SetTime(HANDLE handle, FileTime time) {
+  if (time.value <= 0) return false;
   const FILETIME lastWrite = FiletimeFrom(time.value);
   return SetFileTime(handle, nullptr, nullptr, &lastWrite) != 0;
 }
@@ -233,8 +251,8 @@ bool MoveFileTo(const char* source, const char* target) noexcept {
 
 bool RemoveFile(const char* path) noexcept {
   return Guarded(false, [&] {
-    const std::optional<std::wstring> wide = WidePath(path);
-    return wide && !IsFolderOrReadOnly(*wide) && !NextFileOperationFails() && DeleteFileW(wide->c_str());
+    const std::optional<std::wstring> full = FullPath(path);
+    return full && !IsFolderOrReadOnly(*full) && !NextFileOperationFails() && Remove(*full);
   });
 }
 

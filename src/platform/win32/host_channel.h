@@ -22,9 +22,13 @@ inline constexpr UINT kChannelBeep = WM_APP + 1;
 inline constexpr UINT kChannelFeed = WM_APP + 2;
 inline constexpr UINT kChannelAdvance = WM_APP + 3;
 
-// Where the kit writes the host's choice of a device and the engine reads it when it opens one.
-inline constexpr const wchar_t* kInputVariable = L"TAVIMO_WAVE_INPUT";
-inline constexpr const wchar_t* kOutputVariable = L"TAVIMO_WAVE_OUTPUT";
+// Where the kit writes the host's choice of a device, and where it stands if the host makes none.
+struct ChoiceVariables {
+  const wchar_t* chosen;
+  const wchar_t* initial;
+};
+inline constexpr ChoiceVariables kInputVariables{L"TAVIMO_CHOSEN_WAVE_INPUT", L"TAVIMO_WAVE_INPUT"};
+inline constexpr ChoiceVariables kOutputVariables{L"TAVIMO_CHOSEN_WAVE_OUTPUT", L"TAVIMO_WAVE_OUTPUT"};
 
 // One such window, which hands messages to a function for as long as it lives.
 class ChannelWindow {

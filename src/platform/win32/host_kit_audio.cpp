@@ -24,30 +24,19 @@ bool CanBeChosen(AudioDirection direction, std::string_view choice) {
   return direction == AudioDirection::Input && platform::PcmFile::Open(std::string(choice.substr(kFilePrefix.size())));
 }
 
-// What the environment said before the host first chose.
-std::wstring ValueOf(const wchar_t* variable) {
-  std::wstring value(GetEnvironmentVariableW(variable, nullptr, 0), L'\0');
-  value.resize(GetEnvironmentVariableW(variable, value.data(), static_cast<DWORD>(value.size())));
-  return value;
-}
-
-bool SetChoice(const wchar_t* variable, const std::wstring& value) {
-  return SetEnvironmentVariableW(variable, value.empty() ? nullptr : value.c_str()) != 0;
-}
-
 }  // namespace
 
 namespace tavimo::platform {
 
 bool ChooseDevice(AudioDirection direction, const char* choice) noexcept {
   return Guarded(false, [&] {
-    static const std::wstring initialInput = ValueOf(kInputVariable);
-    static const std::wstring initialOutput = ValueOf(kOutputVariable);
-    const bool isInput = direction == AudioDirection::Input;
-    const wchar_t* variable = isInput ? kInputVariable : kOutputVariable;
-    if (choice == nullptr) return SetChoice(variable, isInput ? initialInput : initialOutput);
+    const wchar_t* variable = (direction == AudioDirection::Input ? kInputVariables : kOutputVariables).chosen;
+    if (choice == nullptr) {
+      SetEnvironmentVariableW(variable, nullptr);
+      return true;
+    }
     const std::optional<std::wstring> wide = WideFromUtf8(choice);
-    return wide && CanBeChosen(direction, choice) && SetChoice(variable, *wide);
+    return wide && CanBeChosen(direction, choice) && SetEnvironmentVariableW(variable, wide->c_str());
   });
 }
 

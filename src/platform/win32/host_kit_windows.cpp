@@ -7,6 +7,7 @@
 #include "platform/common/guarded.h"
 #include "platform/win32/system.h"
 #include "platform/win32/wide_text.h"
+#include "platform/windows.h"
 #include "tavimo_host.h"
 
 namespace {
@@ -125,11 +126,11 @@ intptr_t tvDefaultProc(VcWindow window, uint32_t message, uintptr_t wparam, intp
 }
 
 intptr_t tvSendMessage(VcWindow window, uint32_t message, uintptr_t wparam, intptr_t lparam) VC_NOEXCEPT {
-  return SendMessageA(window, message, wparam, lparam);
+  return platform::SendToWindow(window, message, wparam, lparam);
 }
 
 int tvPostMessage(VcWindow window, uint32_t message, uintptr_t wparam, intptr_t lparam) VC_NOEXCEPT {
-  return PostMessageA(window, message, wparam, lparam) ? 1 : 0;
+  return platform::PostToWindow(window, message, wparam, lparam) ? 1 : 0;
 }
 
 // Messages that a procedure posts meanwhile stand behind the mark: the host is not kept in here for ever.

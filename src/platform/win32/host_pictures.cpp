@@ -22,20 +22,19 @@ bool IsGenericFamily(const wchar_t* family) {
                      [&](const wchar_t* generic) { return lstrcmpiW(generic, family) == 0; });
 }
 
+int CALLBACK NoteFont(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM isFound) {
+  *reinterpret_cast<bool*>(isFound) = true;
+  return 0;
+}
+
 // The system takes the next best font where there is none of a name, and a page would be laid out in one nobody chose.
 // A name may be given in another language than the one the system answers in: then its own list of fonts decides.
 bool IsInstalled(HDC dc, const wchar_t* family) {
   LOGFONTW wanted{};
-  wanted.lfCharSet = DEFAULT_CHARSET;
+  wanted.lfCharSet = GB2312_CHARSET;  // those that have Chinese characters
   std::wcsncpy(wanted.lfFaceName, family, LF_FACESIZE - 1);
   bool isFound = false;
-  EnumFontFamiliesExW(
-      dc, &wanted,
-      [](const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM found) {
-        *reinterpret_cast<bool*>(found) = true;
-        return 0;
-      },
-      reinterpret_cast<LPARAM>(&isFound), 0);
+  EnumFontFamiliesExW(dc, &wanted, &NoteFont, reinterpret_cast<LPARAM>(&isFound), 0);
   return isFound;
 }
 

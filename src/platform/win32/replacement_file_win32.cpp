@@ -22,12 +22,6 @@ namespace tavimo::platform {
 
 namespace {
 
-// Newer than the headers this layer is built against: a rename that replaces a file also while it is open. Systems that
-// do not know it refuse.
-constexpr auto kRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
-constexpr DWORD kReplaceIfThere = 1;
-constexpr DWORD kOpenFilesStayReadable = 2;
-
 // The final name is kept in the arrays of the record as the wide text it is.
 template <std::size_t Size>
 bool Keep(const std::wstring& name, std::array<char, Size>& place) {
@@ -45,32 +39,6 @@ std::wstring Kept(const std::array<char, Size>& place) {
   return name;
 }
 
-// The process may change its current folder before the file is whole.
-std::optional<std::wstring> FullPath(const char* path) {
-  const std::optional<std::wstring> wide = WidePath(path);
-  if (!wide) return std::nullopt;
-  std::wstring full(GetFullPathNameW(wide->c_str(), 0, nullptr, nullptr), L'\0');
-  const DWORD length = GetFullPathNameW(wide->c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
-  full.resize(length);
-  return length == 0 || full.back() == L'\\' ? std::nullopt : std::optional(full);
-}
-
-// A name in the same folder, of fixed length so that it fits where the final one does.
-std::wstring NameBeside(const std::wstring& finalName, const wchar_t* ending) {
-  std::uint32_t hash = 0x811C9DC5;  // FNV-1a
-  for (const wchar_t unit : finalName) hash = (hash ^ unit) * 0x01000193;
-  wchar_t name[48];
-  std::swprintf(name, std::size(name), L".tavimo-%08x-%x.%ls", hash, static_cast<unsigned>(GetCurrentProcessId()),
-                ending);
-  return finalName.substr(0, finalName.rfind(L'\\') + 1) + name;
-}
-
-void MarkForDeletion(HANDLE file, BOOL isMarked) {
-  FILE_DISPOSITION_INFO disposition{};
-  disposition.DeleteFile = static_cast<BOOLEAN>(isMarked);
-  SetFileInformationByHandle(file, FileDispositionInfo, &disposition, sizeof disposition);
-}
-
 HANDLE CreateMarked(const std::wstring& name) {
   if (NextFileOperationFails()) return INVALID_HANDLE_VALUE;
   HANDLE file = CreateFileW(name.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
@@ -79,22 +47,11 @@ HANDLE CreateMarked(const std::wstring& name) {
   return file;
 }
 
-bool RenameByHandle(HANDLE file, const std::wstring& name, FILE_INFO_BY_HANDLE_CLASS kind, DWORD flags) {
-  const std::size_t nameBytes = name.size() * sizeof(wchar_t);
-  std::vector<std::uint64_t> room((sizeof(FILE_RENAME_INFO) + nameBytes) / sizeof(std::uint64_t) + 1);
-  auto* rename = reinterpret_cast<FILE_RENAME_INFO*>(room.data());
-  std::memcpy(rename, &flags, sizeof flags);  // the newer record has flags where the older has one truth value
-  rename->FileNameLength = static_cast<DWORD>(nameBytes);
-  std::memcpy(rename->FileName, name.c_str(), nameBytes);
-  const auto byteCount = static_cast<DWORD>(room.size() * sizeof(std::uint64_t));
-  return SetFileInformationByHandle(file, kind, rename, byteCount) != 0;
-}
-
 // For systems that rename over no file that is open: the old file keeps its readers under another name.
 bool RenameOverOpen(HANDLE file, const std::wstring& name) {
   const std::wstring aside = NameBeside(name, L"old");
   if (!MoveFileExW(name.c_str(), aside.c_str(), MOVEFILE_REPLACE_EXISTING)) return false;
-  const bool isPlaced = RenameByHandle(file, name, FileRenameInfo, kReplaceIfThere);
+  const bool isPlaced = RenameByHandle(file, name, RenameKind::Plain);
   if (isPlaced) {
     DeleteFileW(aside.c_str());
   } else {
@@ -105,8 +62,8 @@ bool RenameOverOpen(HANDLE file, const std::wstring& name) {
 
 bool PutInPlace(HANDLE file, const std::wstring& name) {
   if (IsFolderOrReadOnly(name)) return false;
-  return RenameByHandle(file, name, kRenameInfoEx, kReplaceIfThere | kOpenFilesStayReadable) ||
-         RenameByHandle(file, name, FileRenameInfo, kReplaceIfThere) || RenameOverOpen(file, name);
+  return RenameByHandle(file, name, RenameKind::OverOpen) || RenameByHandle(file, name, RenameKind::Plain) ||
+         RenameOverOpen(file, name);
 }
 
 }  // namespace

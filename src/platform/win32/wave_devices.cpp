@@ -20,16 +20,23 @@ std::wstring NameOfDevice(AudioDirection direction, UINT number) {
   return output.szPname;
 }
 
+// Empty for a variable that is not set.
+std::wstring ValueOf(const wchar_t* variable) {
+  std::wstring value(GetEnvironmentVariableW(variable, nullptr, 0), L'\0');
+  value.resize(GetEnvironmentVariableW(variable, value.data(), static_cast<DWORD>(value.size())));
+  return value;
+}
+
 UINT DeviceCount(AudioDirection direction) {
   return direction == AudioDirection::Input ? waveInGetNumDevs() : waveOutGetNumDevs();
 }
 
 }  // namespace
 
-std::string ChosenDevice(const wchar_t* variable) {
-  std::wstring value(GetEnvironmentVariableW(variable, nullptr, 0), L'\0');
-  value.resize(GetEnvironmentVariableW(variable, value.data(), static_cast<DWORD>(value.size())));
-  return value.empty() ? "default" : Utf8FromWide(value).value_or("");
+std::string ChosenDevice(const ChoiceVariables& variables) {
+  std::wstring choice = ValueOf(variables.chosen);
+  if (choice.empty()) choice = ValueOf(variables.initial);
+  return choice.empty() ? "default" : Utf8FromWide(choice).value_or("");
 }
 
 std::optional<UINT> FindWaveDevice(AudioDirection direction, const std::string& name) {

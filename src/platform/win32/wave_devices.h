@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "platform/common/audio_ends.h"
+#include "platform/win32/host_channel.h"
 #include "platform/win32/system.h"
 
 namespace tavimo::platform {
 
-// What is chosen at the moment: the value of kInputVariable or kOutputVariable, in UTF-8; "default" without one.
-[[nodiscard]] std::string ChosenDevice(const wchar_t* variable);
+// What is chosen at the moment, in UTF-8; "default" where neither the host nor the environment says anything.
+[[nodiscard]] std::string ChosenDevice(const ChoiceVariables& variables);
 
 // The number of the device with a name in UTF-8, WAVE_MAPPER for "default"; nothing when there is none.
 [[nodiscard]] std::optional<UINT> FindWaveDevice(AudioDirection direction, const std::string& name);

@@ -27,11 +27,12 @@ std::wstring DroppedPath(HDROP drop, UINT index) {
 
 std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam,
                            std::intptr_t lparam) noexcept {
-  return SendMessageA(window, message, wparam, lparam);
+  // Some values that are no windows stand for every window there is.
+  return IsWindow(window) ? SendMessageA(window, message, wparam, lparam) : 0;
 }
 
 bool PostToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept {
-  return PostMessageA(window, message, wparam, lparam) != 0;
+  return (window == nullptr || IsWindow(window)) && PostMessageA(window, message, wparam, lparam);
 }
 
 void RemoveMessages(VcWindow window, std::uint32_t message) noexcept {

@@ -103,5 +103,43 @@ TEST_F(PosixFiles, MovingToAnotherFileSystemCopiesAndRemoves) {
   fs::remove_all(other);
 }
 
+TEST_F(PosixFiles, TimesKeepTheirNanosecondsOnBothSidesOfZero) {
+  for (const std::int64_t value : {std::int64_t{-1}, std::int64_t{0}, std::int64_t{4'102'444'800'123'456'789}}) {
+    ASSERT_TRUE(SetLastWriteTime("d\\A.txt", FileTime{value}));
+    FileTime time;
+    ASSERT_TRUE(GetLastWriteTime("d\\a.TXT", time));
+    EXPECT_EQ(time, FileTime{value});
+  }
+  FileTime time;
+  EXPECT_FALSE(GetLastWriteTime("d\\missing", time));
+  EXPECT_FALSE(SetLastWriteTime("d\\missing", time));
+}
+
+TEST_F(PosixFiles, ASecondNameOfAFileIsAnotherEntry) {
+  fs::create_hard_link("d/a.txt", "d/second name");
+  EXPECT_FALSE(MoveFileTo("d\\a.txt", "d\\second name"));
+  EXPECT_EQ(NamesIn("d"), (std::vector<std::string>{"a.txt", "second name"}));
+}
+
+TEST_F(PosixFiles, NamesThatNoEnginePathCanSpellAreNotFound) {
+  for (const char* name : {"back\\slash.wav", "\xFF.wav"}) WriteText(fs::path("d") / name, "");
+  DirectorySearch search("d\\*.wav");
+  EXPECT_EQ(search.Next(), nullptr);
+}
+
+// As documented for the other system; the one that stands in for it in tests lets "?" match exactly one.
+TEST_F(PosixFiles, AQuestionMarkStandsForOneCharacterOrForNoneBeforeADot) {
+  for (const char* name : {"b.wav", "高誠.wav", "long.wav"}) WriteText(fs::path("d") / name, "");
+  DirectorySearch search("d\\??.wav");
+  EXPECT_STREQ(search.Next(), "b.wav");
+  EXPECT_STREQ(search.Next(), "\xB8\xDF\xD5\\.wav");
+  EXPECT_EQ(search.Next(), nullptr);
+}
+
+TEST_F(PosixFiles, AChangeOfCaseIsARenaming) {
+  EXPECT_TRUE(MoveFileTo("d\\a.txt", "D\\A.TXT"));
+  EXPECT_EQ(NamesIn("d"), (std::vector<std::string>{"A.TXT"}));
+}
+
 }  // namespace
 }  // namespace tavimo::platform

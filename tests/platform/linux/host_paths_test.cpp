@@ -1,0 +1,44 @@
+// The host kit's paths where drives are folders.
+#include <filesystem>
+#include <string>
+
+#include "support/engine_test.h"
+
+namespace tavimo::tests {
+namespace {
+
+TEST(HostPaths, AreTurnedWholeOrNotAtAll) {
+  char path[64] = "";
+  EXPECT_EQ(tvEnginePath("/课/a.wav", path, 12), 12);
+  EXPECT_STREQ(path, "C:\\\xBF\xCE\\a.wav");
+  EXPECT_EQ(tvEnginePath("/课/a.wav", path, 11), -1);
+  EXPECT_EQ(tvNativePath("C:\\no\\\xD5\\such", path, sizeof path), 12) << "the second byte separates nothing";
+  EXPECT_STREQ(path, "/no/誠such");
+}
+
+TEST(HostPaths, FollowTheDriveLettersThatFoldersHave) {
+  const ScratchFolder scratch;
+  const std::string folder = (scratch.Root() / "temp").string();
+  char path[64];
+  EXPECT_EQ(tvNativePath("Q:\\a.wav", path, sizeof path), -1);
+  EXPECT_EQ(tvMapDrive('q', folder.c_str(), TV_DRIVE_CDROM), 0);
+  EXPECT_EQ(tvNativePath("Q:\\a.wav", path, sizeof path), static_cast<int>(folder.size()) + 7);
+  EXPECT_EQ(path, folder + "/a.wav");
+  EXPECT_EQ(tvEnginePath((folder + "/a.wav").c_str(), path, sizeof path), 9);
+  EXPECT_STREQ(path, "Q:\\a.wav");
+
+  const struct {
+    char letter;
+    std::string folder;
+    int kind;
+  } kRefused[] = {{'@', folder, 3}, {'[', folder, 3}, {'{', folder, 3},           {'\xC1', folder, 3}, {'R', folder, 4},
+                  {'R', folder, 0}, {'R', "temp", 3}, {'R', folder + "/none", 3}, {'R', "", 3}};
+  for (const auto& testCase : kRefused) {
+    EXPECT_EQ(tvMapDrive(testCase.letter, testCase.folder.c_str(), testCase.kind), -1) << testCase.folder;
+  }
+  EXPECT_EQ(tvMapDrive('Q', nullptr, TV_DRIVE_CDROM), 0);
+  EXPECT_EQ(tvNativePath("Q:\\a.wav", path, sizeof path), -1);
+}
+
+}  // namespace
+}  // namespace tavimo::tests

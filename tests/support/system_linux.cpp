@@ -1,0 +1,21 @@
+// Implements system.h on Linux.
+#include <stdlib.h>
+
+#include "support/system.h"
+
+namespace tavimo::tests {
+
+std::filesystem::path MakeFolderOfItsOwn() {
+  std::string pattern = (std::filesystem::temp_directory_path() / "tavimo-test-XXXXXX").string();
+  return mkdtemp(pattern.data());
+}
+
+void SetVariable(const char* name, const char* value) {
+  if (value == nullptr) {
+    unsetenv(name);
+  } else {
+    setenv(name, value, 1);
+  }
+}
+
+}  // namespace tavimo::tests
