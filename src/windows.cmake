@@ -8,19 +8,19 @@ target_link_libraries(tavimo_objects PUBLIC Threads::Threads gdi32 winmm)
 
 set(definition ${CMAKE_CURRENT_BINARY_DIR}/tavimo.def)
 set(importDefinition ${CMAKE_CURRENT_BINARY_DIR}/tavimo_import.def)
-set(aliasOptions ${CMAKE_CURRENT_BINARY_DIR}/tavimo.aliases)
+set(aliasScript ${CMAKE_CURRENT_BINARY_DIR}/tavimo_aliases.ld)
 set(pointerBytes ${CMAKE_SIZEOF_VOID_P})
 add_custom_command(
-  OUTPUT ${definition} ${importDefinition} ${aliasOptions}
+  OUTPUT ${definition} ${importDefinition} ${aliasScript}
   COMMAND Python3::Interpreter ${listMaker} --table ${exportTable} --pointer-bytes ${pointerBytes}
-          --def ${definition} --import-def ${importDefinition} --aliases ${aliasOptions}
+          --def ${definition} --import-def ${importDefinition} --alias-script ${aliasScript}
   DEPENDS ${exportTable} ${listMaker}
   VERBATIM)
-add_custom_target(tavimo_export_lists DEPENDS ${definition} ${importDefinition} ${aliasOptions})
+add_custom_target(tavimo_export_lists DEPENDS ${definition} ${importDefinition} ${aliasScript})
 
 # Whatever links the objects itself needs the second names too.
 add_library(tavimo_aliases INTERFACE)
-target_link_options(tavimo_aliases INTERFACE -Wl,@${aliasOptions})
+target_link_options(tavimo_aliases INTERFACE ${aliasScript})
 add_dependencies(tavimo_aliases tavimo_export_lists)
 
 add_library(tavimo_dll SHARED)

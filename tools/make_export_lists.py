@@ -68,10 +68,14 @@ def decorated(export, name, pointer_bytes):
     return f'_{name}@{export.stack_bytes}' if pointer_bytes == 4 else name
 
 
-def alias_options(exports, pointer_bytes):
-    aliases = [e for e in exports if e.built and e.alias_of]
-    return ''.join(f'--defsym={decorated(e, e.name, pointer_bytes)}={decorated(e, e.alias_of, pointer_bytes)}\n'
-                   for e in aliases)
+def alias_options(exports):
+    return ''.join(f'--defsym={e.name}={e.alias_of}\n' for e in exports if e.built and e.alias_of)
+
+
+def alias_script(exports, pointer_bytes):
+    """The same as a script of the linker, which takes decorated names in quotes; options do not."""
+    return ''.join(f'"{decorated(e, e.name, pointer_bytes)}" = "{decorated(e, e.alias_of, pointer_bytes)}";\n'
+                   for e in exports if e.built and e.alias_of)
 
 
 def module_definition(exports):
@@ -94,13 +98,15 @@ def main():
     parser.add_argument('--pointer-bytes', type=int, default=8, help='4 for 32-bit Windows, whose names are decorated')
     parser.add_argument('--version-script')
     parser.add_argument('--aliases')
+    parser.add_argument('--alias-script')
     parser.add_argument('--def', dest='definition')
     parser.add_argument('--import-def', dest='import_definition')
     arguments = parser.parse_args()
     exports = read_table(arguments.table)
     outputs = {
         arguments.version_script: lambda: version_script(exports, kit_names(arguments.kit)),
-        arguments.aliases: lambda: alias_options(exports, arguments.pointer_bytes),
+        arguments.aliases: lambda: alias_options(exports),
+        arguments.alias_script: lambda: alias_script(exports, arguments.pointer_bytes),
         arguments.definition: lambda: module_definition(exports),
         arguments.import_definition: lambda: import_definition(exports, arguments.pointer_bytes),
     }
