@@ -72,16 +72,8 @@ std::int64_t WriteAt(HANDLE handle, std::int64_t position, const void* bytes, DW
 // Opened for what is known of a file or folder, and for nothing in it.
 class NamedEntry {
  public:
-  NamedEntry(const char* path, DWORD access) noexcept {
-    handle_ = Guarded(INVALID_HANDLE_VALUE, [&] {
-      const std::optional<std::wstring> wide = WidePath(path);
-      constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-      // Without the flag folders cannot be opened.
-      return wide ? CreateFileW(wide->c_str(), access, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
-                                nullptr)
-                  : INVALID_HANDLE_VALUE;
-    });
-  }
+  NamedEntry(const char* path, DWORD access) noexcept
+      : handle_(Guarded(INVALID_HANDLE_VALUE, [&] { return OpenNamed(path, access); })) {}
   NamedEntry(const NamedEntry&) = delete;
   NamedEntry& operator=(const NamedEntry&) = delete;
   ~NamedEntry() {
@@ -95,7 +87,15 @@ class NamedEntry {
   }
 
  private:
-  HANDLE handle_ = INVALID_HANDLE_VALUE;
+  static HANDLE OpenNamed(const char* path, DWORD access) {
+    const std::optional<std::wstring> wide = WidePath(path);
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    if (!wide) return INVALID_HANDLE_VALUE;
+    // Without the flag folders cannot be opened.
+    return CreateFileW(wide->c_str(), access, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  }
+
+  HANDLE handle_;
 };
 
 // The name is free at once, also while somebody reads the file: it steps aside then, and goes with its last reader.

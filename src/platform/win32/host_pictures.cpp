@@ -52,8 +52,8 @@ HFONT MakeFont(const wchar_t* family, int pixelHeight) {
 
 }  // namespace
 
-HostPicture::HostPicture(int width, int height) noexcept : width_(width), height_(height) {
-  dc_ = CreateCompatibleDC(nullptr);
+HostPicture::HostPicture(int width, int height) noexcept
+    : dc_(CreateCompatibleDC(nullptr)), width_(width), height_(height) {
   BITMAPINFO format{};
   format.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
   void* pixels = nullptr;

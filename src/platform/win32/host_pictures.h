@@ -38,7 +38,7 @@ class HostPicture {
  private:
   HostPicture(int width, int height) noexcept;
 
-  HDC dc_ = nullptr;
+  HDC dc_;
   HBITMAP bitmap_ = nullptr;
   std::uint32_t* pixels_ = nullptr;
   HPEN pen_ = nullptr;    // of ours; null: the system's black one
