@@ -117,8 +117,9 @@ VC_API void tvDestroyDc(VcDc dc) VC_NOEXCEPT;
 VC_API int tvSelectFont(VcDc dc, const char* family_utf8, int pixel_height) VC_NOEXCEPT;
 
 /** Lists the fonts that tvSelectFont takes, each name with a line feed behind it, in alphabetical order; a font that has its
- *  name in several languages comes once for each. The text is empty when there is none. Returns the bytes written with the
- *  terminating zero, or -1 when names_utf8 is null or size, its room in bytes, too small. */
+ *  name in several languages comes once for each, on Windows once, in the system's language. The text is empty when there is
+ *  none. Returns the bytes written with the terminating zero, or -1 when names_utf8 is null or size, its room in bytes, too
+ *  small. */
 VC_API int tvListFonts(char* names_utf8, int size) VC_NOEXCEPT;
 
 /** Selects a solid pen of one pixel; colours are 0x00BBGGRR throughout. */

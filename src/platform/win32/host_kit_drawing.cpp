@@ -1,5 +1,6 @@
 // The host kit's device contexts: arguments checked, then the picture called. Files are host_kit_png.cpp.
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
@@ -61,6 +62,17 @@ int tvSelectFont(VcDc dc, const char* family_utf8, int pixel_height) VC_NOEXCEPT
   return platform::Guarded(-1, [&] {
     const std::optional<std::wstring> family = platform::WideFromUtf8(family_utf8);
     return family && !family->empty() && picture->SelectFontOf(family->c_str(), pixel_height) ? 0 : -1;
+  });
+}
+
+int tvListFonts(char* names_utf8, int size) VC_NOEXCEPT {
+  if (!names_utf8 || size < 1) return -1;
+  names_utf8[0] = 0;
+  return platform::Guarded(-1, [&] {
+    const std::string lines = platform::ChineseFamilies();
+    if (lines.size() >= static_cast<std::size_t>(size)) return -1;
+    std::memcpy(names_utf8, lines.c_str(), lines.size() + 1);
+    return static_cast<int>(lines.size()) + 1;
   });
 }
 

@@ -4,6 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <cwchar>
+#include <new>
+#include <set>
+
+#include "platform/win32/wide_text.h"
 
 namespace tavimo::platform {
 
@@ -20,6 +24,16 @@ bool IsGenericFamily(const wchar_t* family) {
   constexpr std::array<const wchar_t*, 3> kGenericFamilies{L"sans-serif", L"serif", L"monospace"};
   return std::any_of(kGenericFamilies.begin(), kGenericFamilies.end(),
                      [&](const wchar_t* generic) { return lstrcmpiW(generic, family) == 0; });
+}
+
+using Families = std::set<std::wstring>;
+
+// The names with "@" are the same fonts turned for lines from top to bottom.
+int CALLBACK NoteFamily(const LOGFONTW* font, const TEXTMETRICW*, DWORD, LPARAM families) noexcept try {
+  if (font->lfFaceName[0] != L'@') reinterpret_cast<Families*>(families)->insert(font->lfFaceName);
+  return 1;
+} catch (const std::bad_alloc&) {
+  return 0;  // through the system's frames no exception can pass
 }
 
 int CALLBACK NoteFont(const LOGFONTW*, const TEXTMETRICW*, DWORD, LPARAM isFound) {
@@ -126,6 +140,20 @@ bool HostPicture::SelectFontOf(const wchar_t* family, int pixelHeight) noexcept 
   if (font_ != nullptr) DeleteObject(font_);
   font_ = font;
   return true;
+}
+
+std::string ChineseFamilies() {
+  const std::unique_ptr<HostPicture> picture = HostPicture::Create(1, 1);
+  if (!picture) return {};
+  LOGFONTW anyFamily{};
+  anyFamily.lfCharSet = GB2312_CHARSET;
+  Families families;
+  EnumFontFamiliesExW(picture->Dc(), &anyFamily, &NoteFamily, reinterpret_cast<LPARAM>(&families), 0);
+  std::string lines;
+  for (const std::wstring& family : families) {
+    if (picture->SelectFontOf(family.c_str(), 16)) lines += Utf8FromWide(family).value_or("") + "\n";
+  }
+  return lines;
 }
 
 }  // namespace tavimo::platform

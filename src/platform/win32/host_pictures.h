@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "platform/win32/system.h"
 
@@ -49,6 +50,10 @@ class HostPicture {
   int width_;
   int height_;
 };
+
+// The families that SelectFontOf takes, in UTF-8, each with a line feed behind it, in alphabetical order. May throw
+// std::bad_alloc.
+[[nodiscard]] std::string ChineseFamilies();
 
 // Null for a context that the kit did not make, or no longer has.
 [[nodiscard]] HostPicture* FindPicture(HDC dc) noexcept;
