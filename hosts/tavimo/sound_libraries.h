@@ -11,6 +11,7 @@ namespace tavimo::host {
   FUNCTION(sf_open)                        \
   FUNCTION(sf_close)                       \
   FUNCTION(sf_error)                       \
+  FUNCTION(sf_command)                     \
   FUNCTION(sf_readf_float)                 \
   FUNCTION(sf_writef_float)
 

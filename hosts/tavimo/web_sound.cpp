@@ -19,6 +19,7 @@ namespace {
 
 constexpr std::uint64_t kLargestPlainBytes = 24'000'000;  // nine minutes of a usual lesson
 constexpr const char* kMp3File = "tmpwav/lesson.mp3";
+constexpr double kKilobitsPerChannel = 64;
 constexpr std::size_t kPieceFrames = 16384;
 
 // Removes the file whichever way the conversion ends.
@@ -32,6 +33,19 @@ struct Mp3File {
   }
 };
 
+// A browser finds its place in sound of a constant bit rate; in that of a variable one it plays seconds beside it. The
+// library takes the rate as a share of the way from the highest to the lowest one for the sample rate.
+bool UseConstantRate(const Decoder& library, SNDFILE* file, const SF_INFO& info) {
+  const bool isLow = info.samplerate < 32000;
+  const double highest = isLow ? 160 : 320;
+  const double lowest = isLow ? 8 : 32;
+  const double wanted = kKilobitsPerChannel * info.channels;
+  double level = (highest - wanted) / (highest - lowest);
+  int mode = SF_BITRATE_MODE_CONSTANT;
+  return library.sf_command(file, SFC_SET_COMPRESSION_LEVEL, &level, sizeof level) == SF_TRUE &&
+         library.sf_command(file, SFC_SET_BITRATE_MODE, &mode, sizeof mode) == SF_TRUE;
+}
+
 bool WriteMp3(SoundSource& source, const WaveHeader& header, ProgressBar& progress) {
   const Decoder& library = LoadedDecoder();
   SF_INFO info{};
@@ -39,7 +53,7 @@ bool WriteMp3(SoundSource& source, const WaveHeader& header, ProgressBar& progre
   info.channels = source.Channels();
   info.format = SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III;
   const std::unique_ptr<SNDFILE, int (*)(SNDFILE*)> file(library.sf_open(kMp3File, SFM_WRITE, &info), library.sf_close);
-  if (!file) return false;
+  if (!file || !UseConstantRate(library, file.get(), info)) return false;
   std::vector<float> piece(kPieceFrames * static_cast<std::size_t>(source.Channels()));
   std::int64_t done = 0;
   while (const std::int64_t frames = source.Read(piece)) {
