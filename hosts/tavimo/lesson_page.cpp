@@ -9,6 +9,7 @@
 #include "page_data.h"
 #include "peak_digest.h"
 #include "progress_bar.h"
+#include "refusal.h"
 #include "take_shelf.h"
 #include "text.h"
 #include "web_sound.h"
@@ -19,7 +20,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kMostColumns = 200;  // of a wave
+constexpr std::size_t kMostColumns = 200;                     // of a wave
+constexpr const char* kNoTitle = "\xE6\x96\x87\xE7\xAB\xA0";  // 文章, the engine's for a passage without one
 
 #include "lesson_page.inc"  // kTemplate
 constexpr std::string_view kDataPlace = "/*LESSON*/";
@@ -84,8 +86,8 @@ std::string ExerciseJson(const Exercise& exercise) {
   }
   const std::string answer = exercise.answer == 0 ? "" : std::string(1, exercise.answer);
   return std::string("{\"kind\":\"") + KindOf(exercise) + "\",\"text\":" + JsonText(text) +
-         ",\"title\":" + JsonText(ReadableText(exercise.title)) + ",\"answer\":\"" + answer +
-         "\",\"choices\":" + choices + "}";
+         ",\"title\":" + JsonText(exercise.title == kNoTitle ? "" : ReadableText(exercise.title)) + ",\"answer\":\"" +
+         answer + "\",\"choices\":" + choices + "}";
 }
 
 const char* MediaTypeOf(const fs::path& picture) {
@@ -160,11 +162,14 @@ void LessonPage::AddExercises(const std::vector<Exercise>& exercises) {
 }
 
 void LessonPage::AddPicture(const fs::path& picture) {
-  picture_ = JsonText(DataUrl(FileBytes(picture), MediaTypeOf(picture)));
+  const std::string bytes = FileBytes(picture);
+  if (bytes.empty()) throw Refusal("it is empty");
+  picture_ = JsonText(DataUrl(bytes, MediaTypeOf(picture)));
 }
 
-void LessonPage::AddScriptPage(const fs::path& png) {
-  pages_.push_back(JsonText(DataUrl(FileBytes(png), "image/png")));
+void LessonPage::AddScriptPage(const ScriptPage& page) {
+  const std::string lines = List(page.lines, [](const auto& runs) { return List(runs, JsonText); });
+  pages_.push_back("{\"picture\":" + JsonText(DataUrl(FileBytes(page.png), "image/png")) + ",\"lines\":" + lines + "}");
 }
 
 std::string LessonPage::SentencesJson() const {

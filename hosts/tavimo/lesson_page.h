@@ -10,6 +10,7 @@
 #include "bookmark_list.h"
 #include "lesson_session.h"
 #include "question_bank.h"
+#include "script_pages.h"
 
 namespace tavimo::host {
 
@@ -22,7 +23,7 @@ class LessonPage {
   void AddBookmarks(const std::vector<Bookmark>& bookmarks);
   void AddExercises(const std::vector<Exercise>& exercises);
   void AddPicture(const std::filesystem::path& picture);
-  void AddScriptPage(const std::filesystem::path& png);
+  void AddScriptPage(const ScriptPage& page);
 
   // A Refusal, and an old page stays, when it cannot be written.
   void Save(const std::filesystem::path& file) const;

@@ -50,9 +50,11 @@ std::string DataUrl(std::string_view bytes, const char* mediaType) {
 }
 
 std::string FileBytes(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
+  std::error_code error;
+  std::ifstream stream;
+  if (std::filesystem::is_regular_file(file, error)) stream.open(file, std::ios::binary);
   std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-  if (!stream) throw Refusal(Readable(file) + " cannot be read");
+  if (!stream.is_open() || stream.bad()) throw Refusal(Readable(file) + " cannot be read");
   return bytes;
 }
 

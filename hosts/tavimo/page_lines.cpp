@@ -5,6 +5,7 @@
 
 #include "refusal.h"
 #include "system.h"
+#include "text_sentences.h"
 
 namespace tavimo::host {
 
@@ -40,6 +41,13 @@ std::vector<PlacedPiece> PlacePieces(const TextLine& line, const std::string& te
     }
   }
   return placed;
+}
+
+bool IsMarkedAt(const PageLine& line, const Marks& marks, std::size_t place, std::size_t byteCount) {
+  return std::any_of(line.pieces.begin(), line.pieces.end(), [&](const PlacedPiece& placed) {
+    const WordPiece& piece = placed.piece;
+    return piece.start < place + byteCount && place < piece.start + piece.length && MarkOf(marks, piece.number) != 0;
+  });
 }
 
 int PageOf(const PagedText& paged, std::size_t place) {
@@ -105,6 +113,20 @@ std::vector<PageLine> ReadPageLines(ScriptSession& session, int page) {
     number += pageLines.back().pieces.size();
   }
   return pageLines;
+}
+
+std::vector<std::string> RunsOf(const std::string& text, const PageLine& line, const Marks& marks) {
+  const std::string_view bytes = std::string_view(text).substr(line.start, line.length);
+  const bool isParagraph = bytes.starts_with("@@");
+  std::vector<std::string> runs = {isParagraph ? "  " : ""};
+  for (std::size_t at = isParagraph ? 2 : 0; at < bytes.size();) {
+    const std::size_t byteCount = GbkCharacterBytes(bytes, at);
+    const bool isLastMarked = runs.size() % 2 == 0;
+    if (IsMarkedAt(line, marks, line.start + at, byteCount) != isLastMarked) runs.emplace_back();
+    runs.back() += bytes[at] == '\t' ? " " : Utf8FromGbkText(bytes.substr(at, byteCount));
+    at += byteCount;
+  }
+  return runs;
 }
 
 void ClickOnWords(ScriptSession& session, const std::vector<ScriptWord>& words, Mark mark) {

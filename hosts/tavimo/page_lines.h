@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "script_session.h"
@@ -23,6 +24,10 @@ struct PageLine {
 
 // Reads and lays out a page, from 0. A Refusal when there is no such page.
 [[nodiscard]] std::vector<PageLine> ReadPageLines(ScriptSession& session, int page);
+
+// A line as a person reads it, in UTF-8: text that is not marked and marked words by turns. A mark goes around whole
+// characters: the second byte of a Chinese one may count as a word.
+[[nodiscard]] std::vector<std::string> RunsOf(const std::string& text, const PageLine& line, const Marks& marks);
 
 // Marks words of the script or takes their marks away, by clicks on them. Pieces that the highlight file has no room for
 // stay as they are. A Refusal when the engine does not mark one of the others.

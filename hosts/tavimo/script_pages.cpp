@@ -1,7 +1,9 @@
 #include "script_pages.h"
 
+#include "page_lines.h"
 #include "refusal.h"
 #include "script_session.h"
+#include "system.h"
 #include "text.h"
 
 namespace tavimo::host {
@@ -10,7 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kPageFile = "pages/page.png";
+constexpr const char* kPageFile = "page.png";
 constexpr std::uint32_t kWhite = 0xFFFFFF;
 
 // The pages of the last build, or of a first one.
@@ -22,23 +24,29 @@ void OpenPages(ScriptSession& session, const fs::path& script) {
   }
 }
 
-void DrawPage(ScriptSession& session, int page) {
-  session.LayOutPage(page);
+std::vector<std::vector<std::string>> DrawPage(ScriptSession& session, int page) {
+  const std::vector<PageLine> lines = ReadPageLines(session, page);
+  const Marks marks = session.ReadMarks();
   VcDc picture = session.Canvas().picture.get();
   const PageSetup setup = session.Setup();
   tvFill(picture, 0, 0, setup.width, setup.height, kWhite);
   if (vcDisplayPage(picture) <= 0) throw Refusal("page " + std::to_string(page + 1) + " cannot be drawn");
   SavePicture(picture, fs::absolute(kPageFile));
+  std::vector<std::vector<std::string>> texts;
+  texts.reserve(lines.size());
+  for (const PageLine& line : lines) texts.push_back(RunsOf(session.Paged().text, line, marks));
+  return texts;
 }
 
 }  // namespace
 
-void DrawScriptPages(const fs::path& home, const fs::path& script, const std::function<void(const fs::path&)>& take) {
+void DrawScriptPages(const fs::path& home, const fs::path& script, const std::function<void(const ScriptPage&)>& take) {
   ScriptSession session(home, script);
   OpenPages(session, script);
   for (int page = 0; page < session.PageCount(); ++page) {
-    DrawPage(session, page);
-    take(fs::absolute(kPageFile));
+    StopIfInterrupted();
+    const auto lines = DrawPage(session, page);
+    take({fs::absolute(kPageFile), lines});
   }
   std::error_code ignored;
   fs::remove(kPageFile, ignored);

@@ -3,13 +3,19 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace tavimo::host {
 
+struct ScriptPage {
+  std::filesystem::path png;                    // gone afterwards
+  std::vector<std::vector<std::string>> lines;  // each as page_lines.h has it: not marked and marked by turns
+};
+
 // Draws every page of the script with the learner's marks, as the last tavimo pages build set it up, or with the usual
-// font and page where there was none. Each is handed on as a PNG file that is gone afterwards. A Refusal when the script
-// cannot be laid out.
+// font and page where there was none. A Refusal when the script cannot be laid out.
 void DrawScriptPages(const std::filesystem::path& home, const std::filesystem::path& script,
-                     const std::function<void(const std::filesystem::path&)>& take);
+                     const std::function<void(const ScriptPage&)>& take);
 
 }  // namespace tavimo::host
