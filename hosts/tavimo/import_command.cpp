@@ -13,13 +13,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Beside the source, so that the lesson's other files are found with it. A source that is a .wav file keeps its name.
-fs::path RecordingFor(const fs::path& source) {
-  const fs::path beside = fs::path(source).replace_extension(".wav");
-  if (beside.filename() != source.filename()) return beside;
-  return source.parent_path() / PathFromUtf8(Utf8(source.stem()) + "-16bit.wav");
-}
-
 bool IsRecordingAlready(const Options& options) {
   const bool isAsked = options.hasOutput || options.sampleRate || options.channels;
   return !isAsked && ReadWaveHeader(options.files.front()).problem.empty();

@@ -19,6 +19,7 @@ namespace tavimo::host {
 namespace {
 
 constexpr std::size_t kPieceFrames = 8192;
+const std::string kImportedEnding = "-16bit";
 
 // Rates between the bounds stay; beyond them the nearest of the same family, which resamples best.
 int RateFor(int sourceRate) {
@@ -110,9 +111,8 @@ class Conversion {
       piece = std::move(next);
     }
     writer_.Finish();
-    const std::int64_t slack = source_.SampleRate() / 5;  // how far the counts in MP3 files are off
     return {static_cast<std::int64_t>(writer_.FrameCount()) * 1000 / rate_,
-            !source_.IsDamaged() && done + slack >= source_.FrameCount(),
+            !source_.IsDamaged() && done + CountSlack() >= source_.FrameCount(),
             source_.FrameCount() * 1000 / source_.SampleRate()};
   }
 
@@ -120,6 +120,12 @@ class Conversion {
   [[nodiscard]] Rounding RoundingFor() const {
     const bool isSame = rate_ == source_.SampleRate() && (channels_ == source_.Channels() || source_.Channels() == 1);
     return isSame && source_.IsSixteenBits() ? Rounding::Exact : Rounding::Dithered;
+  }
+
+  // How far the count may be off. In an MP3 file it may be a guess from the file's size and the first frames' rate.
+  [[nodiscard]] std::int64_t CountSlack() const {
+    const std::int64_t fixed = source_.SampleRate() / 5;
+    return source_.IsCountEstimated() ? std::max(fixed, source_.FrameCount() / 100) : fixed;
   }
 
   // Whole frames; none at the end.
@@ -151,6 +157,17 @@ class Conversion {
 };
 
 }  // namespace
+
+std::filesystem::path RecordingFor(const std::filesystem::path& source) {
+  const std::filesystem::path beside = std::filesystem::path(source).replace_extension(".wav");
+  if (beside.filename() != source.filename()) return beside;
+  return source.parent_path() / PathFromUtf8(Utf8(source.stem()) + kImportedEnding + ".wav");
+}
+
+std::string SourceStem(const std::filesystem::path& recording) {
+  const std::string stem = Utf8(recording.stem());
+  return stem.ends_with(kImportedEnding) ? stem.substr(0, stem.size() - kImportedEnding.size()) : stem;
+}
 
 Imported Import(const ImportRequest& request) {
   CheckOutput(request.source, request.recording, request.existing);

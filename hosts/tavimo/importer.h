@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 
 #include "new_file.h"
 
@@ -25,6 +26,13 @@ struct Imported {
   bool isWhole = true;  // false: the source is damaged or cut off, and what could be decoded is there
   std::int64_t sourceLengthMs = 0;
 };
+
+// Beside the source, so that the lesson's other files are found with it. A source that is a .wav file keeps its name, and
+// the recording has "-16bit" behind it.
+[[nodiscard]] std::filesystem::path RecordingFor(const std::filesystem::path& source);
+
+// The source's name without extension, of a recording that may be an import.
+[[nodiscard]] std::string SourceStem(const std::filesystem::path& recording);
 
 // A Refusal, and nothing is left, when the source cannot be decoded, holds no sound or is too long; Cancelled after
 // Ctrl-C.

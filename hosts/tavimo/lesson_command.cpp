@@ -2,11 +2,13 @@
 #include <iostream>
 #include <optional>
 #include <set>
+#include <sstream>
 
 #include "bookmark_list.h"
 #include "comparison.h"
 #include "exercise_list.h"
 #include "lesson_files.h"
+#include "lesson_lock.h"
 #include "lesson_page.h"
 #include "options.h"
 #include "question_files.h"
@@ -42,20 +44,27 @@ Sentences LoadOrCut(LessonSession& session, const Digest& digest) {
 }
 
 // "unit1-wave.png"; the second recording of that name gets "unit1-wave-2.png".
-fs::path PictureFile(const fs::path& folder, const fs::path& recording, const char* kind, std::set<fs::path>& taken) {
+fs::path OutputFile(const fs::path& folder, const fs::path& recording, const std::string& kind,
+                    const std::string& extension, std::set<fs::path>& taken) {
   const std::string name = Shortened(Utf8(recording.stem()), kLongestPictureStem) + kind;
-  fs::path file = folder / PathFromUtf8(name + ".png");
+  fs::path file = folder / PathFromUtf8(name + extension);
   for (int number = 2; !taken.insert(file).second; ++number) {
-    file = folder / PathFromUtf8(name + "-" + std::to_string(number) + ".png");
+    std::ostringstream numbered;
+    numbered << name << '-' << number << extension;
+    file = folder / PathFromUtf8(numbered.str());
   }
   return file;
+}
+
+fs::path PictureFile(const fs::path& folder, const fs::path& recording, const char* kind, std::set<fs::path>& taken) {
+  return OutputFile(folder, recording, kind, ".png", taken);
 }
 
 // A learner's voice that came with the lesson takes the place of the microphone, at the pace at which it was spoken.
 void RecordLearner(LessonSession& session, const Digest& digest, int sentence, const fs::path& learner,
                    const fs::path& picture) {
   const WaveHeader header = ReadWaveHeader(learner);
-  if (!header.problem.empty()) throw Refusal(Readable(learner.filename()) + ": " + header.problem);
+  if (!header.problem.empty()) throw Refusal(header.problem);
   (void)StretchOf(session, sentence);  // refuses what is no sentence
   RecordingRequest request;
   request.sentence = sentence;
@@ -68,7 +77,7 @@ void RecordLearner(LessonSession& session, const Digest& digest, int sentence, c
   std::cout << "picture: " << Readable(picture) << '\n';
 }
 
-// What belongs to the exercises must not cost the learner the rest of the lesson.
+// What lies beside the recording must not cost the learner the rest of the lesson.
 template <typename Work>
 bool TryPart(const fs::path& file, Work work) try {
   work();
@@ -81,12 +90,16 @@ bool TryPart(const fs::path& file, Work work) try {
 bool AddExercises(LessonSession& session, LessonPage& page) {
   const auto script = FileBeside(session.Recording(), ".scr");
   if (!script) return true;
-  return TryPart(*script, [&] {
+  return TryPart(session.Recording(), [&] {  // a refusal names the script itself
     const std::vector<Exercise> exercises = LoadExercises(session, {});
     PrintExercises(std::cout, session, exercises);
     page.AddExercises(exercises);
-    if (const auto picture = PictureOf(session)) page.AddPicture(*picture);
   });
+}
+
+bool AddPicture(const LessonSession& session, LessonPage& page) {
+  const auto picture = PictureOf(session);
+  return !picture || TryPart(*picture, [&] { page.AddPicture(*picture); });
 }
 
 bool AddScript(const Options& options, const fs::path& recording, LessonPage& page) {
@@ -94,28 +107,46 @@ bool AddScript(const Options& options, const fs::path& recording, LessonPage& pa
   if (!script) return true;
   return TryPart(*script, [&] {
     int count = 0;
-    DrawScriptPages(options.home, *script, [&](const fs::path& png) {
-      page.AddScriptPage(png);
+    DrawScriptPages(options.home, *script, [&](const ScriptPage& scriptPage) {
+      page.AddScriptPage(scriptPage);
       ++count;
     });
     std::cout << Readable(script->filename()) << ": " << Counted(static_cast<std::size_t>(count), "page") << '\n';
   });
 }
 
-void AddTakeOfLearner(const Options& options, LessonSession& session, const Digest& digest, std::set<fs::path>& taken) {
-  const fs::path learner = fs::path(session.Recording()).replace_extension(".learner.wav");
-  std::error_code error;  // a name may be too long for an ending more
-  if (!fs::exists(learner, error) || HasTake(options.learnerSentence)) return;
-  RecordLearner(session, digest, options.learnerSentence, learner,
-                PictureFile(options.output, session.Recording(), "-compare", taken));
+bool AddTakeOfLearner(const Options& options, LessonSession& session, const Digest& digest, std::set<fs::path>& taken) {
+  const auto learner = FileBeside(session.Recording(), ".learner.wav");
+  if (!learner || HasTake(options.learnerSentence)) return true;
+  return TryPart(*learner, [&] {
+    RecordLearner(session, digest, options.learnerSentence, *learner,
+                  PictureFile(options.output, session.Recording(), "-compare", taken));
+  });
+}
+
+// A recording of one sentence is worth playing too.
+std::vector<std::uint32_t> SentencesOfPage(const Sentences& sentences) {
+  return sentences.startsMs.empty() ? std::vector<std::uint32_t>{0} : sentences.startsMs;
+}
+
+struct Opened {
+  Digest digest;
+  Sentences sentences;
+};
+
+// What one program makes the other ones find.
+Opened OpenLesson(const Options& options, LessonSession& session) {
+  const LessonLock lock("lesson.lock", kChangingElsewhere, WhenHeld::Wait);
+  Digest digest = OpenDigest(session, options.digestKind);
+  Sentences sentences = LoadOrCut(session, digest);
+  return {std::move(digest), std::move(sentences)};
 }
 
 // The part of the road that needs the recording open. False when some of it could not be done.
 bool TakeRecording(const Options& options, const fs::path& file, std::set<fs::path>& taken,
                    std::optional<LessonPage>& page) {
   LessonSession session(options.home, file);
-  const Digest digest = OpenDigest(session, options.digestKind);
-  const Sentences sentences = LoadOrCut(session, digest);
+  const auto [digest, sentences] = OpenLesson(options, session);
   PrintTable(std::cout, session, sentences.startsMs, sentences.origin);
   PictureRequest request;
   request.recordingMs = static_cast<std::int64_t>(digest.levels.size()) * kLevelMs;
@@ -124,18 +155,19 @@ bool TakeRecording(const Options& options, const fs::path& file, std::set<fs::pa
   const fs::path picture = PictureFile(options.output, session.Recording(), "-wave", taken);
   SaveWavePicture(request, picture);
   std::cout << "picture: " << Readable(picture) << '\n';
-  AddTakeOfLearner(options, session, digest, taken);
-  page.emplace(session, digest.levels, sentences.startsMs);
+  bool isWhole = AddTakeOfLearner(options, session, digest, taken);
+  page.emplace(session, digest.levels, SentencesOfPage(sentences));
   (void)session.LoadStudyFile();
   page->AddBookmarks(Bookmarks(session));
-  return AddExercises(session, *page);
+  isWhole = AddExercises(session, *page) && isWhole;
+  return AddPicture(session, *page) && isWhole;
 }
 
 // One lesson is lesson.html; several have their names before it.
-fs::path PageFile(const Options& options, const fs::path& recording, std::size_t lessonCount) {
+fs::path PageFile(const Options& options, const fs::path& recording, std::size_t lessonCount,
+                  std::set<fs::path>& taken) {
   if (lessonCount == 1) return options.output / "lesson.html";
-  const std::string name = Shortened(Utf8(recording.stem()), kLongestPictureStem) + "-lesson.html";
-  return options.output / PathFromUtf8(name);
+  return OutputFile(options.output, recording, "-lesson", ".html", taken);
 }
 
 bool TakeLesson(const Options& options, const fs::path& file, const fs::path& pageFile, std::set<fs::path>& taken) {
@@ -148,20 +180,11 @@ bool TakeLesson(const Options& options, const fs::path& file, const fs::path& pa
   return isRecordingDone && isScriptDone;
 }
 
-// A recording to take, or why there is none.
-struct Named {
-  fs::path file;
-  std::string problem;
-};
-
-std::vector<Named> AllRecordings(const std::vector<fs::path>& names) {
-  std::vector<Named> all;
+std::vector<LessonRecording> AllRecordings(const std::vector<fs::path>& names) {
+  std::vector<LessonRecording> all;
   for (const fs::path& name : names) {
-    try {
-      for (const fs::path& recording : LessonRecordings(name)) all.push_back({recording, {}});
-    } catch (const Refusal& refusal) {
-      all.push_back({name, refusal.what()});
-    }
+    const std::vector<LessonRecording> recordings = LessonRecordings(name);
+    all.insert(all.end(), recordings.begin(), recordings.end());
   }
   return all;
 }
@@ -172,13 +195,13 @@ int RunLesson(const Options& options) {
   RecoverAtStart(options.home);
   int exitCode = kDone;
   std::set<fs::path> taken;
-  const std::vector<Named> lessons = AllRecordings(options.files);
-  for (const Named& lesson : lessons) {
+  const std::vector<LessonRecording> lessons = AllRecordings(options.files);
+  for (const LessonRecording& lesson : lessons) {
     StopIfInterrupted();
-    const fs::path page = PageFile(options, lesson.file, lessons.size());
     bool isWhole = false;
     const bool isDone = TryPart(lesson.file, [&] {
       if (!lesson.problem.empty()) throw Refusal(lesson.problem);
+      const fs::path page = PageFile(options, lesson.file, lessons.size(), taken);
       isWhole = TakeLesson(options, lesson.file, page, taken);
     });
     if (!isDone || !isWhole) exitCode = kRefused;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iostream>
+#include <map>
 #include <set>
 
 #include "importer.h"
@@ -34,27 +35,57 @@ bool IsOtherKind(const fs::path& file) {
 
 bool IsLearnersVoice(const fs::path& file) { return LowerCase(Utf8(file.stem())).ends_with(".learner"); }
 
+// An import of before stays: sentences, takes and bookmarks belong to it.
 fs::path ImportBeside(const fs::path& source) {
-  const fs::path recording = fs::path(source).replace_extension(".wav");
+  const fs::path recording = RecordingFor(source);
+  const std::string name = Readable(source.filename());
   std::error_code error;
-  if (fs::exists(recording, error)) return recording;
-  Import({source, recording, Existing::Keep, {}, {}});
-  std::cout << Readable(recording.filename()) << ": imported from " << Readable(source.filename()) << '\n';
+  if (!fs::exists(recording, error)) {
+    Import({source, recording, Existing::Keep, {}, {}});
+    std::cout << Readable(recording.filename()) << ": imported from " << name << '\n';
+  } else if (fs::last_write_time(source, error) > fs::last_write_time(recording, error)) {
+    std::cerr << "tavimo: " << name << " is newer than " << Readable(recording.filename())
+              << ", which is taken; tavimo import --force makes it anew\n";
+  }
   return recording;
 }
 
-std::vector<fs::path> RecordingsIn(const fs::path& folder) {
-  std::set<fs::path> recordings;
-  std::vector<fs::path> others;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    if (!entry.is_regular_file() || IsLearnersVoice(entry.path())) continue;
-    if (LowerCaseExtension(entry.path()) == ".wav") recordings.insert(entry.path());
-    if (IsOtherKind(entry.path())) others.push_back(entry.path());
+// A wave file that the engine does not take, such as one of 24 bits, is sound of another kind too.
+LessonRecording Take(const fs::path& file) {
+  std::error_code error;
+  const bool isWave = LowerCaseExtension(file) == ".wav";
+  if (!fs::is_regular_file(file, error) || (!isWave && !IsOtherKind(file))) return {file, {}};
+  const std::string problem = isWave ? ReadWaveHeader(file).problem : "";
+  if (isWave && problem.empty()) return {file, {}};
+  try {
+    return {ImportBeside(file), {}};
+  } catch (const Refusal& refusal) {
+    return {file, isWave ? problem : refusal.what()};
   }
-  std::sort(others.begin(), others.end());
-  for (const fs::path& other : others) recordings.insert(ImportBeside(other));
-  if (recordings.empty()) throw Refusal("it is a folder, and there is no recording in it");
-  return {recordings.begin(), recordings.end()};
+}
+
+std::vector<LessonRecording> RecordingsIn(const fs::path& folder) {
+  std::set<fs::path> files;
+  std::set<std::string> folders;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (entry.is_directory()) folders.insert(Readable(entry.path().filename()));
+    if (!entry.is_regular_file() || IsLearnersVoice(entry.path())) continue;
+    if (LowerCaseExtension(entry.path()) == ".wav" || IsOtherKind(entry.path())) files.insert(entry.path());
+  }
+  // An import and its source are one recording.
+  std::map<fs::path, LessonRecording> recordings;
+  for (const fs::path& file : files) {
+    LessonRecording recording = Take(file);
+    recordings.emplace(recording.file, std::move(recording));
+  }
+  std::vector<LessonRecording> all;
+  all.reserve(recordings.size());
+  for (const auto& [file, recording] : recordings) all.push_back(recording);
+  if (!all.empty()) return all;
+  std::string problem = "it is a folder, and there is no recording in it";
+  for (const std::string& name : folders)
+    problem += (name == *folders.begin() ? "; there are the folders " : ", ") + name;
+  return {{folder, problem}};
 }
 
 }  // namespace
@@ -66,11 +97,12 @@ fs::path NamedRecording(const fs::path& name) {
   return !fs::exists(name, error) && fs::exists(recording, error) ? recording : name;
 }
 
-std::vector<fs::path> LessonRecordings(const fs::path& name) {
+std::vector<LessonRecording> LessonRecordings(const fs::path& name) try {
   std::error_code error;
   if (fs::is_directory(name, error)) return RecordingsIn(name);
-  if (IsOtherKind(name) && fs::exists(name, error)) return {ImportBeside(name)};
-  return {NamedRecording(name)};
+  return {Take(NamedRecording(name))};
+} catch (const fs::filesystem_error& error) {
+  return {{name, "its folder cannot be read (" + error.code().message() + ")"}};
 }
 
 std::optional<fs::path> FileBeside(const fs::path& recording, const std::string& extension) {
@@ -78,10 +110,14 @@ std::optional<fs::path> FileBeside(const fs::path& recording, const std::string&
   std::error_code error;
   if (fs::exists(expected, error)) return expected;
   const std::string name = LowerCase(Utf8(expected.filename()));
+  const std::string sourceName = LowerCase(SourceStem(recording) + extension);
+  std::optional<fs::path> ofSource;
   for (const auto& entry : fs::directory_iterator(recording.parent_path(), error)) {
-    if (LowerCase(Utf8(entry.path().filename())) == name) return entry.path();
+    const std::string entryName = LowerCase(Utf8(entry.path().filename()));
+    if (entryName == name) return entry.path();
+    if (entryName == sourceName) ofSource = entry.path();
   }
-  return {};
+  return ofSource;
 }
 
 }  // namespace tavimo::host

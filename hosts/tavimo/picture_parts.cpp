@@ -70,7 +70,7 @@ void SavePicture(VcDc picture, const std::filesystem::path& file) {
     throw Refusal(Readable(file) + " is there already and is no picture; name another file for it");
   }
   if (tvSavePng(picture, Utf8(file).c_str()) != 0) {
-    throw Refusal("its picture could not be saved as " + Readable(file));
+    throw Refusal("its picture could not be saved as " + Readable(file) + "; -o names another place");
   }
 }
 

@@ -124,9 +124,15 @@ std::vector<Exercise> ReadExercises(const LessonSession& session) {
 
 std::optional<fs::path> PictureOf(const LessonSession& session) {
   std::string found(session.EngineName().size() + 5, '\0');
-  if (vcIfTxtGraphExist(session.EngineName().c_str(), found.data()) == 0) return {};
-  found.resize(found.find('\0'));
-  return FileBeside(session.Recording(), found.substr(found.rfind('.')));
+  if (vcIfTxtGraphExist(session.EngineName().c_str(), found.data()) != 0) {
+    found.resize(found.find('\0'));
+    return FileBeside(session.Recording(), found.substr(found.rfind('.')));
+  }
+  // The engine does not know that an import has its source's files.
+  for (const char* extension : {".jpg", ".bmp", ".gif", ".dib"}) {
+    if (auto picture = FileBeside(session.Recording(), extension)) return picture;
+  }
+  return {};
 }
 
 }  // namespace tavimo::host

@@ -20,6 +20,7 @@ class SoundSource {
   [[nodiscard]] int Channels() const { return info_.channels; }
   // As the file tells; an estimate in some kinds of MP3.
   [[nodiscard]] std::int64_t FrameCount() const { return info_.frames; }
+  [[nodiscard]] bool IsCountEstimated() const { return (info_.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG; }
   // Whether every sample is a 16-bit number exactly, so that nothing is rounded.
   [[nodiscard]] bool IsSixteenBits() const;
 

@@ -5,6 +5,7 @@ import pathlib
 import re
 import shutil
 import socket
+import struct
 import subprocess
 import sys
 import time
@@ -13,7 +14,7 @@ import urllib.error
 import urllib.request
 
 import program
-from program import ProgramTest
+from program import FOUR_SENTENCES, ProgramTest, chunk, format_record, riff, tones
 
 LESSON = pathlib.Path(__file__).resolve().parent.parent.parent / "lessons/first-day"
 ELEMENT = "element-6066-11e4-a52e-4f735466cecf"  # how WebDriver (W3C) names an element
@@ -152,6 +153,64 @@ class LessonPage(ProgramTest):
         self.assertLess(max(map(int, re.findall(r"\d+", ground))), 60)
         browser.click("#language")
         self.assertEqual(browser.run("return document.querySelector('h2').textContent"), "Sentences")
+
+    def test_quick_keys_leave_the_newest_play_alone(self):
+        browser = self.browse()
+        browser.run("document.querySelector('#sentence-1').focus()")
+        for _ in range(5):
+            browser.press(*" 3 s 3 ")
+            browser.click("#sentence-4 button.main")
+            browser.wait_for("!sound.paused && sound.currentTime * 1000 > lesson.sentences[3].start_ms + 50")
+            playing = browser.run("return [...document.querySelectorAll('.playing')].map((card) => card.id).join()")
+            self.assertEqual(playing, "sentence-4")
+        # Without frames, as in a window behind others, the sentence ends too.
+        browser.run("window.requestAnimationFrame = () => 0; document.querySelector('#sentence-6').play(1, 1)")
+        browser.wait_for("sound.paused")
+        self.assertLess(browser.run("return sound.currentTime * 1000 - lesson.sentences[5].end_ms"), 400)
+
+
+class LessonFolders(ProgramTest):
+    """What lies beside a recording may be anything; the rest of the lesson is made all the same."""
+
+    def lesson(self, *words, code=0):
+        result = self.run_program("lesson", *words)
+        self.assertEqual(result.returncode, code, result.stderr)
+        return result.stderr
+
+    def page(self, name="lesson.html"):
+        html = (self.root / name).read_text(encoding="utf-8")
+        return json.loads(re.search(r'id="lesson">(.*?)</script>', html, re.DOTALL).group(1))
+
+    def test_what_is_no_use_is_told_and_left_out(self):
+        self.write("a.wav", tones(FOUR_SENTENCES))
+        self.write("a.learner.wav", b"no sound")
+        (self.root / "a.jpg").mkdir()
+        self.write("a.scr", b"no script \xff\xff\xff")
+        self.write("a.txt", b"a\0b")
+        said = self.lesson("a.wav", code=1)
+        for line in ("a.learner.wav: it is not a wave file", "a.jpg: ", "a.wav: a.scr: it is neither", "a.txt: line 1"):
+            self.assertIn("\ntavimo: " + line, "\n" + said)
+        self.assertEqual(len(self.page()["sentences"]), 4)
+        shutil.rmtree(self.root / "a.jpg")
+        self.write("a.bmp", (LESSON / "first-day.bmp").read_bytes())
+        self.lesson("a.wav", code=1)
+        self.assertTrue(self.page()["picture"].startswith("data:image/bmp;base64,Qk"), "a picture needs no questions")
+
+    def test_sound_of_other_kinds_keeps_what_lies_beside_it(self):
+        sound = [(700, 0), (1000, 1), (900, 0), (1000, 1), (700, 0)]
+        self.write("l/wide.wav", riff(chunk(b"fmt ", format_record(tag=3, bits=32)),
+                                      chunk(b"data", struct.pack("<16000f", *([0, 0.5] * 8000)))))
+        self.write("l/wide.txt", b"Wide words.")
+        self.write("l/bad.mp3", b"no sound")
+        self.write("l/good.wav", tones(sound))
+        self.assertIn("bad.mp3: it is no sound", self.lesson("l", code=1))
+        self.assertEqual(self.page("wide-16bit-lesson.html")["pages"][0]["lines"], [["Wide words."]])
+        self.assertEqual(len(self.page("wide-16bit-lesson.html")["sentences"]), 1, "too short to cut, and still played")
+        self.assertGreater(len(self.page("good-lesson.html")["sentences"]), 1)
+        self.write("m/good.wav", tones(sound))
+        self.lesson("l/good.wav", "m/good.wav")
+        self.assertEqual(self.page("good-lesson-2.html")["title"], "good")
+        self.assertIn("there are the folders home, l, m\n", self.lesson(str(self.root), code=1))
 
 
 if __name__ == "__main__":

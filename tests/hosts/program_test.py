@@ -95,6 +95,8 @@ class Refusals(ProgramTest):
         "outside.wav": (b"RIFF\x1c\0\0\0" + wave(bytes(800))[8:], "no data chunk"),
     }
 
+    IMPORTED = ("24.wav", "float.wav", "three.wav", "stream.wav", "outside.wav")  # by lesson, as it does with an MP3
+
     def test_a_file_that_cannot_be_used_costs_one_sentence_and_leaves_nothing(self):
         for name, (content, reason) in self.BAD.items():
             self.write(name, content)
@@ -102,12 +104,13 @@ class Refusals(ProgramTest):
         before = sorted(os.listdir(self.root))
         reasons = {name: reason for name, (_, reason) in self.BAD.items()}
         reasons |= {"folder.wav": "a folder", "missing.wav": "no such file"}
-        for command in [["lesson"], ["info"]]:
-            result = self.run_program(*command, *reasons)
+        for command in ["lesson", "info"]:
+            refused = [name for name in reasons if command == "info" or name not in self.IMPORTED]
+            result = self.run_program(command, *refused)
             self.assertEqual(result.returncode, 1)
             lines = (result.stderr or result.stdout).splitlines()
-            self.assertEqual(len(lines), len(reasons))
-            for line, (name, reason) in zip(lines, reasons.items()):
+            self.assertEqual(len(lines), len(refused), lines)
+            for line, name, reason in ((line, name, reasons[name]) for line, name in zip(lines, refused)):
                 self.assertIn(name + ":", line)
                 self.assertIn(reason, line)
         for command in [["digest"], ["cut"], ["wave", "-o", "x.png"]]:
