@@ -107,9 +107,9 @@ std::vector<PageLine> ReadPageLines(ScriptSession& session, int page) {
   std::vector<PageLine> pageLines;
   pageLines.reserve(lines.size());
   for (const TextLine& line : lines) {
+    const std::size_t length = LengthWithoutLineEnd(line, paged.text);
     const int y = canvas.margin + static_cast<int>(pageLines.size()) * canvas.lineHeight;
-    pageLines.push_back(
-        {line.start, LengthWithoutLineEnd(line, paged.text), y, PlacePieces(line, paged.text, canvas, number)});
+    pageLines.push_back({line.start, length, length < line.length, y, PlacePieces(line, paged.text, canvas, number)});
     number += pageLines.back().pieces.size();
   }
   return pageLines;

@@ -16,8 +16,9 @@ struct PlacedPiece {
 };
 
 struct PageLine {
-  std::size_t start = 0;   // in the text
-  std::size_t length = 0;  // without the line end
+  std::size_t start = 0;    // in the text
+  std::size_t length = 0;   // without the line end
+  bool hasLineEnd = false;  // in the text; without one the next line goes on with it
   int y = 0;
   std::vector<PlacedPiece> pieces;
 };

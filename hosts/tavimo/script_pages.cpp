@@ -15,6 +15,13 @@ namespace {
 constexpr const char* kPageFile = "page.png";
 constexpr std::uint32_t kWhite = 0xFFFFFF;
 
+// The runs of a line that goes on with the one before.
+void Append(std::vector<std::string>& runs, const std::vector<std::string>& more) {
+  const bool endsMarked = runs.size() % 2 == 0;
+  if (!endsMarked) runs.back() += more.front();
+  runs.insert(runs.end(), more.begin() + (endsMarked ? 0 : 1), more.end());
+}
+
 // The pages of the last build, or of a first one.
 void OpenPages(ScriptSession& session, const fs::path& script) {
   if (session.IsBuilt()) {
@@ -33,8 +40,16 @@ std::vector<std::vector<std::string>> DrawPage(ScriptSession& session, int page)
   if (vcDisplayPage(picture) <= 0) throw Refusal("page " + std::to_string(page + 1) + " cannot be drawn");
   SavePicture(picture, fs::absolute(kPageFile));
   std::vector<std::vector<std::string>> texts;
-  texts.reserve(lines.size());
-  for (const PageLine& line : lines) texts.push_back(RunsOf(session.Paged().text, line, marks));
+  bool goesOn = false;
+  for (const PageLine& line : lines) {
+    std::vector<std::string> runs = RunsOf(session.Paged().text, line, marks);
+    if (goesOn) {
+      Append(texts.back(), runs);
+    } else {
+      texts.push_back(std::move(runs));
+    }
+    goesOn = !line.hasLineEnd;
+  }
   return texts;
 }
 

@@ -9,8 +9,9 @@
 namespace tavimo::host {
 
 struct ScriptPage {
-  std::filesystem::path png;                    // gone afterwards
-  std::vector<std::vector<std::string>> lines;  // each as page_lines.h has it: not marked and marked by turns
+  std::filesystem::path png;  // gone afterwards
+  // The text by the script's own lines, each as page_lines.h has it: not marked and marked by turns.
+  std::vector<std::vector<std::string>> lines;
 };
 
 // Draws every page of the script with the learner's marks, as the last tavimo pages build set it up, or with the usual
