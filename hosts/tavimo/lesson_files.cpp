@@ -68,8 +68,10 @@ std::vector<LessonRecording> RecordingsIn(const fs::path& folder) {
   std::set<fs::path> files;
   std::set<std::string> folders;
   for (const auto& entry : fs::directory_iterator(folder)) {
-    if (entry.is_directory()) folders.insert(Readable(entry.path().filename()));
-    if (!entry.is_regular_file() || IsLearnersVoice(entry.path())) continue;
+    std::error_code error;  // a link may lead nowhere
+    const bool isHidden = Utf8(entry.path().filename()).starts_with('.');
+    if (entry.is_directory(error) && !isHidden) folders.insert(Readable(entry.path().filename()));
+    if (!entry.is_regular_file(error) || isHidden || IsLearnersVoice(entry.path())) continue;
     if (LowerCaseExtension(entry.path()) == ".wav" || IsOtherKind(entry.path())) files.insert(entry.path());
   }
   // An import and its source are one recording.

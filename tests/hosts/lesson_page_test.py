@@ -202,6 +202,8 @@ class LessonFolders(ProgramTest):
                                       chunk(b"data", struct.pack("<16000f", *([0, 0.5] * 8000)))))
         self.write("l/wide.txt", b"Wide words.")
         self.write("l/bad.mp3", b"no sound")
+        self.write("l/._good.wav", b"what other systems leave")
+        (self.root / "l/loop").symlink_to("loop")
         self.write("l/good.wav", tones(sound))
         self.assertIn("bad.mp3: it is no sound", self.lesson("l", code=1))
         self.assertEqual(self.page("wide-16bit-lesson.html")["pages"][0]["lines"], [["Wide words."]])
