@@ -11,11 +11,13 @@ void RemoveSharers(std::vector<ScriptWord>& words, const Places& own) {
   std::set<std::size_t> ownNumbers;
   for (const ScriptWord& word : words) {
     if (!own.contains(word.start)) continue;
-    for (const WordPiece& piece : word.pieces) ownNumbers.insert(piece.number);
+    for (const WordPiece& piece : word.pieces) {
+      if (piece.number) ownNumbers.insert(*piece.number);
+    }
   }
   std::erase_if(words, [&](const ScriptWord& word) {
     return !own.contains(word.start) && std::any_of(word.pieces.begin(), word.pieces.end(), [&](const auto& piece) {
-      return ownNumbers.contains(piece.number);
+      return piece.number && ownNumbers.contains(*piece.number);
     });
   });
 }
@@ -24,7 +26,7 @@ void RemoveSharers(std::vector<ScriptWord>& words, const Places& own) {
 
 std::vector<ScriptWord> MarkedWords(const PagedText& paged, const Marks& marks, const Places& own) {
   std::vector<ScriptWord> words;
-  ForEachWord(paged, 0, paged.PageCount() - 1, [&](const ScriptWord& word) {
+  ForEachWord(paged, [&](const ScriptWord& word) {
     if (MarkOf(marks, word) != 0) words.push_back(word);
   });
   RemoveSharers(words, own);
@@ -37,12 +39,12 @@ MovedMarks MoveMarks(const PagedText& from, const Marks& marks, const Places& ow
   MovedMarks moved;
   moved.marks.resize(byteCount);
   auto next = words.begin();  // the words of both rise alike
-  ForEachWord(to, 0, to.PageCount() - 1, [&](const ScriptWord& word) {
+  ForEachWord(to, [&](const ScriptWord& word) {
     if (next == words.end() || next->start != word.start) return;
     bool isKept = false;
     for (const WordPiece& piece : word.pieces) {
-      if (!HasRoomFor(moved.marks, piece.number)) continue;
-      SetMark(moved.marks, piece.number, MarkOf(marks, *next));
+      if (!piece.number) continue;
+      SetMark(moved.marks, piece, MarkOf(marks, *next));
       isKept = true;
     }
     if (isKept) moved.places.insert(moved.places.end(), word.start);

@@ -16,10 +16,10 @@ namespace tavimo::host {
 struct MovedMarks {
   Marks marks;                // for the new pages
   Places places;              // of the words that they are for
-  std::size_t lostCount = 0;  // words for which the new marks have no room
+  std::size_t lostCount = 0;  // words for which the new pages have none
 };
 
-// The new marks have so many bytes. REQUIRES: both are sound and of one text.
+// The new marks have at least so many bytes. REQUIRES: both are sound and of one text.
 [[nodiscard]] MovedMarks MoveMarks(const PagedText& from, const Marks& marks, const Places& own, const PagedText& to,
                                    std::size_t byteCount);
 

@@ -28,11 +28,11 @@ std::size_t LengthWithoutLineEnd(const TextLine& line, const std::string& text) 
 }
 
 std::vector<PlacedPiece> PlacePieces(const TextLine& line, const std::string& text, const PageCanvas& canvas,
-                                     std::size_t firstNumber) {
+                                     PageNumbers& numbers) {
   std::vector<PlacedPiece> placed;
   int x = canvas.margin;
   std::size_t at = line.start;
-  for (const WordPiece& piece : FindPieces(text, line, firstNumber)) {
+  for (const WordPiece& piece : FindPieces(text, line, numbers)) {
     placed.push_back({piece, {}});
     for (; at < piece.start + piece.length; ++at) {
       const bool isFirstLetter = at >= piece.start && IsLetterByte(text[at]) && !placed.back().x;
@@ -46,15 +46,8 @@ std::vector<PlacedPiece> PlacePieces(const TextLine& line, const std::string& te
 bool IsMarkedAt(const PageLine& line, const Marks& marks, std::size_t place, std::size_t byteCount) {
   return std::any_of(line.pieces.begin(), line.pieces.end(), [&](const PlacedPiece& placed) {
     const WordPiece& piece = placed.piece;
-    return piece.start < place + byteCount && place < piece.start + piece.length && MarkOf(marks, piece.number) != 0;
+    return piece.start < place + byteCount && place < piece.start + piece.length && MarkOf(marks, piece) != 0;
   });
-}
-
-int PageOf(const PagedText& paged, std::size_t place) {
-  const auto isBefore = [](std::size_t offset, const VcPageIndexEntry& entry) { return offset < entry.text_offset; };
-  return static_cast<int>(std::upper_bound(paged.pages.begin(), paged.pages.end(), place, isBefore) -
-                          paged.pages.begin()) -
-         1;
 }
 
 // A page that clicks go to. Each of them turns a mark round and saves it.
@@ -64,7 +57,7 @@ class ClickablePage {
 
   // A Refusal when the mark cannot be made what it should be. A piece with digits alone has nothing to click on.
   void Mark(const WordPiece& piece, std::int32_t wanted) {
-    Show(PageOf(session_.Paged(), piece.start));
+    Show(session_.Paged().PageOf(piece.start));
     for (const PageLine& line : lines_) {
       for (const PlacedPiece& placed : line.pieces) {
         if (placed.piece.start != piece.start || !placed.x) continue;
@@ -102,15 +95,14 @@ std::vector<PageLine> ReadPageLines(ScriptSession& session, int page) {
   const PagedText& paged = session.Paged();
   std::vector<TextLine> lines = LinesOfPage(paged, page);
   JoinLinesBehind(lines, lineCount);
-  std::size_t number = paged.pages[static_cast<std::size_t>(page)].first_word;
+  PageNumbers numbers(paged, page);
   const PageCanvas& canvas = session.Canvas();
   std::vector<PageLine> pageLines;
   pageLines.reserve(lines.size());
   for (const TextLine& line : lines) {
     const std::size_t length = LengthWithoutLineEnd(line, paged.text);
     const int y = canvas.margin + static_cast<int>(pageLines.size()) * canvas.lineHeight;
-    pageLines.push_back({line.start, length, length < line.length, y, PlacePieces(line, paged.text, canvas, number)});
-    number += pageLines.back().pieces.size();
+    pageLines.push_back({line.start, length, length < line.length, y, PlacePieces(line, paged.text, canvas, numbers)});
   }
   return pageLines;
 }
@@ -129,15 +121,9 @@ std::vector<std::string> RunsOf(const std::string& text, const PageLine& line, c
   return runs;
 }
 
-void ClickOnWords(ScriptSession& session, const std::vector<ScriptWord>& words, Mark mark) {
-  const std::int32_t wanted = mark == Mark::On ? 1 : 0;
-  const Marks marks = session.ReadMarks();
+void ClickOnPieces(ScriptSession& session, const std::vector<WordPiece>& pieces, Mark mark) {
   ClickablePage page(session);
-  for (const ScriptWord& word : words) {
-    for (const WordPiece& piece : word.pieces) {
-      if (HasRoomFor(marks, piece.number)) page.Mark(piece, wanted);
-    }
-  }
+  for (const WordPiece& piece : pieces) page.Mark(piece, mark == Mark::On ? 1 : 0);
 }
 
 }  // namespace tavimo::host

@@ -30,9 +30,9 @@ struct PageLine {
 // characters: the second byte of a Chinese one may count as a word.
 [[nodiscard]] std::vector<std::string> RunsOf(const std::string& text, const PageLine& line, const Marks& marks);
 
-// Marks words of the script or takes their marks away, by clicks on them. Pieces that the highlight file has no room for
-// stay as they are. A Refusal when the engine does not mark one of the others.
+// Marks pieces of words or takes their marks away, by clicks on them. A Refusal when the engine does not do it.
+// REQUIRES: the pieces have numbers.
 enum class Mark { Off, On };
-void ClickOnWords(ScriptSession& session, const std::vector<ScriptWord>& words, Mark mark);
+void ClickOnPieces(ScriptSession& session, const std::vector<WordPiece>& pieces, Mark mark);
 
 }  // namespace tavimo::host

@@ -28,17 +28,22 @@ bool IsWordByte(char byte) { return IsLetterByte(byte) || (byte >= '0' && byte <
 
 bool PagedText::IsSound() const { return AreBoundsOf(pages, text.size()) && AreBoundsOf(lines, text.size()); }
 
-bool HasRoomFor(const Marks& marks, std::size_t number) { return number / kPiecesInByte < marks.size(); }
-
-std::uint8_t MarkOf(const Marks& marks, std::size_t number) {
-  if (!HasRoomFor(marks, number)) return 0;
-  return static_cast<std::uint8_t>(marks[number / kPiecesInByte] >> ShiftOf(number) & kPieceMask);
+int PagedText::PageOf(std::size_t place) const {
+  const auto isBefore = [](std::size_t offset, const VcPageIndexEntry& entry) { return offset < entry.text_offset; };
+  const auto next = std::upper_bound(pages.begin(), pages.end(), place, isBefore);
+  return static_cast<int>(next - pages.begin()) - 1;
 }
 
-void SetMark(Marks& marks, std::size_t number, std::uint8_t mark) {
-  std::uint8_t& byte = marks[number / kPiecesInByte];
-  const unsigned others = byte & ~(kPieceMask << ShiftOf(number));
-  byte = static_cast<std::uint8_t>(others | static_cast<unsigned>(mark) << ShiftOf(number));
+std::uint8_t MarkOf(const Marks& marks, const WordPiece& piece) {
+  if (!piece.number || *piece.number / kPiecesInByte >= marks.size()) return 0;
+  return static_cast<std::uint8_t>(marks[*piece.number / kPiecesInByte] >> ShiftOf(*piece.number) & kPieceMask);
+}
+
+void SetMark(Marks& marks, const WordPiece& piece, std::uint8_t mark) {
+  marks.resize(std::max(marks.size(), *piece.number / kPiecesInByte + 1));
+  std::uint8_t& byte = marks[*piece.number / kPiecesInByte];
+  const unsigned others = byte & ~(kPieceMask << ShiftOf(*piece.number));
+  byte = static_cast<std::uint8_t>(others | static_cast<unsigned>(mark) << ShiftOf(*piece.number));
 }
 
 std::vector<TextLine> LinesOfPage(const PagedText& paged, int page) {
@@ -53,19 +58,31 @@ std::vector<TextLine> LinesOfPage(const PagedText& paged, int page) {
   return lines;
 }
 
-std::vector<WordPiece> FindPieces(const std::string& text, const TextLine& line, std::size_t firstNumber) {
+// The bytes that the engine reads for a page: those of its words as the page file counts them, and one more where the
+// first of them begins in the middle of a byte.
+PageNumbers::PageNumbers(const PagedText& paged, int page) : next_(0), end_(0) {
+  const std::size_t first = paged.pages[static_cast<std::size_t>(page)].first_word;
+  const std::size_t behind = paged.pages[static_cast<std::size_t>(page) + 1].first_word;
+  const std::size_t count = std::max(behind, first) - first;
+  const std::size_t bytes = (count + kPiecesInByte - 1) / kPiecesInByte + (first % kPiecesInByte != 0 ? 1 : 0);
+  next_ = first;
+  end_ = (first / kPiecesInByte + bytes) * kPiecesInByte;
+}
+
+std::optional<std::size_t> PageNumbers::Next() { return next_ < end_ ? std::optional(next_++) : std::nullopt; }
+
+std::vector<WordPiece> FindPieces(const std::string& text, const TextLine& line, PageNumbers& numbers) {
   std::vector<WordPiece> pieces;
   for (std::size_t at = line.start; at < line.start + line.length; ++at) {
     if (!IsWordByte(text[at])) continue;
     const bool isNew = at == line.start || !IsWordByte(text[at - 1]);
-    if (isNew) pieces.push_back({at, 0, firstNumber + pieces.size()});
+    if (isNew) pieces.push_back({at, 0, numbers.Next()});
     ++pieces.back().length;
   }
   return pieces;
 }
 
-void ForEachWord(const PagedText& paged, int firstPage, int lastPage,
-                 const std::function<void(const ScriptWord&)>& visit) {
+void ForEachWord(const PagedText& paged, const std::function<void(const ScriptWord&)>& visit) {
   ScriptWord word;
   const auto add = [&](int page, const WordPiece& piece) {
     const bool continues = !word.pieces.empty() && word.start + word.length == piece.start;
@@ -74,13 +91,11 @@ void ForEachWord(const PagedText& paged, int firstPage, int lastPage,
     word.length += piece.length;
     word.pieces.push_back(piece);
   };
-  for (int page = firstPage; page <= lastPage; ++page) {
+  for (int page = 0; page < paged.PageCount(); ++page) {
     StopIfInterrupted();
-    std::size_t number = paged.pages[static_cast<std::size_t>(page)].first_word;
+    PageNumbers numbers(paged, page);
     for (const TextLine& line : LinesOfPage(paged, page)) {
-      const std::vector<WordPiece> pieces = FindPieces(paged.text, line, number);
-      number += pieces.size();
-      for (const WordPiece& piece : pieces) add(page, piece);
+      for (const WordPiece& piece : FindPieces(paged.text, line, numbers)) add(page, piece);
     }
   }
   if (!word.pieces.empty()) visit(word);
@@ -88,7 +103,7 @@ void ForEachWord(const PagedText& paged, int firstPage, int lastPage,
 
 std::uint8_t MarkOf(const Marks& marks, const ScriptWord& word) {
   std::uint8_t mark = 0;
-  for (const WordPiece& piece : word.pieces) mark = std::max(mark, MarkOf(marks, piece.number));
+  for (const WordPiece& piece : word.pieces) mark = std::max(mark, MarkOf(marks, piece));
   return mark;
 }
 

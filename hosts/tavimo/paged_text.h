@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -19,17 +20,11 @@ struct PagedText {
   std::vector<VcPageIndexEntry> lines;  // the same, of pages of one line: where lines begin
 
   [[nodiscard]] int PageCount() const { return static_cast<int>(pages.size()) - 1; }
+  [[nodiscard]] int PageOf(std::size_t place) const;  // from 0
 
   // Whether pages and lines rise from the text's start to its end; anything else is a damaged file.
   [[nodiscard]] bool IsSound() const;
 };
-
-// The bytes of a highlight file: two bits a piece of a word, the first piece in the highest bits; 0 is no mark. A script
-// may have more pieces than the file has room for.
-using Marks = std::vector<std::uint8_t>;
-[[nodiscard]] std::uint8_t MarkOf(const Marks& marks, std::size_t number);
-[[nodiscard]] bool HasRoomFor(const Marks& marks, std::size_t number);
-void SetMark(Marks& marks, std::size_t number, std::uint8_t mark);  // REQUIRES: HasRoomFor
 
 // Where words begin in the text.
 using Places = std::set<std::size_t>;
@@ -39,8 +34,14 @@ using Places = std::set<std::size_t>;
 struct WordPiece {
   std::size_t start = 0;  // in the text
   std::size_t length = 0;
-  std::size_t number = 0;
+  std::optional<std::size_t> number;  // none: the engine keeps no mark for it
 };
+
+// The bytes of a highlight file: two bits a piece, the first piece in the highest bits; 0 is no mark, and so is what is
+// behind the last byte. As the engine does with the file, setting a mark there lengthens them.
+using Marks = std::vector<std::uint8_t>;
+[[nodiscard]] std::uint8_t MarkOf(const Marks& marks, const WordPiece& piece);
+void SetMark(Marks& marks, const WordPiece& piece, std::uint8_t mark);  // REQUIRES: the piece has a number
 
 struct TextLine {
   std::size_t start = 0;
@@ -50,8 +51,21 @@ struct TextLine {
 // The lines of a page, from 0, as the engine's pages of one line tell them. REQUIRES: IsSound.
 [[nodiscard]] std::vector<TextLine> LinesOfPage(const PagedText& paged, int page);
 
-// The pieces of words on a line, the first with that number.
-[[nodiscard]] std::vector<WordPiece> FindPieces(const std::string& text, const TextLine& line, std::size_t firstNumber);
+// The numbers that the pieces on a page have, line by line. The page file counts a word that a line's end cuts once, so
+// that a page may have more pieces than its bytes of the highlight file: the last ones have none.
+class PageNumbers {
+ public:
+  PageNumbers(const PagedText& paged, int page);
+
+  [[nodiscard]] std::optional<std::size_t> Next();
+
+ private:
+  std::size_t next_;
+  std::size_t end_;
+};
+
+// The pieces of words on a line.
+[[nodiscard]] std::vector<WordPiece> FindPieces(const std::string& text, const TextLine& line, PageNumbers& numbers);
 
 // One word of the text with all its pieces.
 struct ScriptWord {
@@ -61,9 +75,8 @@ struct ScriptWord {
   std::vector<WordPiece> pieces;
 };
 
-// Visits the words of the pages first to last in the order of the text. REQUIRES: IsSound.
-void ForEachWord(const PagedText& paged, int firstPage, int lastPage,
-                 const std::function<void(const ScriptWord&)>& visit);
+// Visits the words in the order of the text. REQUIRES: IsSound.
+void ForEachWord(const PagedText& paged, const std::function<void(const ScriptWord&)>& visit);
 
 // Of the marks of a word's pieces the highest: a word is marked when any of its pieces is.
 [[nodiscard]] std::uint8_t MarkOf(const Marks& marks, const ScriptWord& word);

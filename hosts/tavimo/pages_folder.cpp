@@ -89,9 +89,7 @@ PagesFolder BeginNewPages() {
 }
 
 void PutInPlace(const PagesFolder& newPages) {
-  for (const fs::path& file : {newPages.Copy(), newPages.Pages(), newPages.Lines(), newPages.Marks()}) {
-    FlushToDisk(file);
-  }
+  for (const auto& entry : fs::directory_iterator(newPages.path)) FlushToDisk(entry.path());
   std::error_code error;
   fs::rename(newPages.path, kFinished, error);
   if (error) Refuse(error);

@@ -2,7 +2,10 @@
 #include <algorithm>
 #include <array>
 #include <iostream>
+#include <iterator>
+#include <set>
 
+#include "marked_words.h"
 #include "options.h"
 #include "page_lines.h"
 #include "refusal.h"
@@ -31,17 +34,21 @@ void CheckWord(const std::string& word) {
   if (std::all_of(word.begin(), word.end(), isDigit)) throw Refusal(quoted + " has no letter, and cannot be marked");
 }
 
+bool IsOnPage(const PagedText& paged, const ScriptWord& word, int page) {
+  return std::any_of(word.pieces.begin(), word.pieces.end(),
+                     [&](const WordPiece& piece) { return paged.PageOf(piece.start) == page; });
+}
+
 std::vector<ScriptWord> FindWord(const PagedText& paged, const Options& options) {
-  const int first = options.page.value_or(1) - 1;
-  const int last = options.page.value_or(paged.PageCount()) - 1;
-  if (first < 0 || last >= paged.PageCount()) {
-    throw Refusal("there is no page " + std::to_string(last + 1) + "; it has " + std::to_string(paged.PageCount()));
+  if (options.page.value_or(1) > paged.PageCount()) {
+    throw Refusal("there is no page " + std::to_string(*options.page) + "; it has " +
+                  std::to_string(paged.PageCount()));
   }
   std::vector<ScriptWord> words;
-  ForEachWord(paged, first, last, [&](const ScriptWord& word) {
+  ForEachWord(paged, [&](const ScriptWord& word) {
     const std::string_view text = std::string_view(paged.text).substr(word.start, word.length);
     const bool isWanted = std::equal(text.begin(), text.end(), options.word.begin(), options.word.end(), IsSameLetter);
-    if (isWanted) words.push_back(word);
+    if (isWanted && (!options.page || IsOnPage(paged, word, *options.page - 1))) words.push_back(word);
   });
   const std::string where = options.page ? "on page " + std::to_string(*options.page) : "in it";
   if (words.empty()) throw Refusal("there is no word " + InQuotes(options.word) + " " + where);
@@ -58,29 +65,47 @@ void Report(int page, const std::string& word, bool isMarked) {
   std::cout << "page " << page << ": " << word << (isMarked ? " marked" : " no longer marked");
 }
 
-// Notes the words that are the learner's own.
-void NoteOwn(const std::vector<ScriptWord>& words, const Marks& after) {
-  Places own = CurrentPages().ReadOwn();
-  for (const ScriptWord& word : words) {
-    if (MarkOf(after, word) != 0) {
-      own.insert(word.start);
-    } else {
-      own.erase(word.start);
-    }
-  }
-  CurrentPages().WriteOwn(own);
+std::vector<ScriptWord> ReadMarked(const ScriptSession& session, const Places& own) {
+  return MarkedWords(session.Paged(), session.ReadMarks(), own);
 }
 
-// Whether the highlight file has the words as they were wanted; those beyond its bytes it never has.
-int ReportMarks(const ScriptSession& session, const std::vector<ScriptWord>& words, const Marks& before) {
+Places PlacesOf(const std::vector<ScriptWord>& words) {
+  Places places;
+  for (const ScriptWord& word : words) places.insert(word.start);
+  return places;
+}
+
+// Two words may share a number: it is marked as long as one of them is to be.
+void MakeMarked(ScriptSession& session, const std::vector<ScriptWord>& marked,
+                const std::vector<ScriptWord>& unmarked) {
+  std::vector<WordPiece> wanted;
+  std::set<std::size_t> numbers;
+  for (const ScriptWord& word : marked) {
+    for (const WordPiece& piece : word.pieces) {
+      if (piece.number && numbers.insert(*piece.number).second) wanted.push_back(piece);
+    }
+  }
+  std::vector<WordPiece> unwanted;
+  for (const ScriptWord& word : unmarked) {
+    std::copy_if(word.pieces.begin(), word.pieces.end(), std::back_inserter(unwanted),
+                 [&](const WordPiece& piece) { return piece.number && !numbers.contains(*piece.number); });
+  }
+  const Marks marks = session.ReadMarks();
+  std::erase_if(wanted, [&](const WordPiece& piece) { return MarkOf(marks, piece) != 0; });
+  ClickOnPieces(session, unwanted, Mark::Off);
+  ClickOnPieces(session, wanted, Mark::On);
+}
+
+// Whether the words are as they were wanted; those that the highlight file has no room for never are.
+int ReportMarks(const ScriptSession& session, const std::vector<ScriptWord>& words, const Places& before,
+                const Places& after) {
   const std::string& text = session.Paged().text;
-  const Marks after = session.ReadMarks();
   SentenceReader sentences(text);
   int result = kDone;
   for (const ScriptWord& word : words) {
     const std::string name = text.substr(word.start, word.length);
-    const bool isMarked = MarkOf(after, word) != 0;
-    if (isMarked == (MarkOf(before, word) != 0)) {
+    const bool isMarked = after.contains(word.start);
+    if (isMarked == before.contains(word.start)) {
       std::cerr << "tavimo: page " << word.page + 1 << ": " << name << " cannot be marked; " << kNoRoom << '\n';
       result = kRefused;
       continue;
@@ -94,14 +119,28 @@ int ReportMarks(const ScriptSession& session, const std::vector<ScriptWord>& wor
 int MarkByName(ScriptSession& session, const Options& options) {
   CheckWord(options.word);
   const std::vector<ScriptWord> words = FindWord(session.Paged(), options);
-  const Marks before = session.ReadMarks();
-  std::vector<ScriptWord> marked;
+  std::vector<ScriptWord> marked = ReadMarked(session, CurrentPages().ReadOwn());
+  const Places before = PlacesOf(marked);
+  const Places named = PlacesOf(words);
   std::vector<ScriptWord> unmarked;
-  for (const ScriptWord& word : words) (MarkOf(before, word) != 0 ? marked : unmarked).push_back(word);
-  ClickOnWords(session, marked, Mark::Off);
-  ClickOnWords(session, unmarked, Mark::On);
-  NoteOwn(words, session.ReadMarks());
-  return ReportMarks(session, words, before);
+  std::erase_if(marked, [&](const ScriptWord& word) { return named.contains(word.start); });
+  for (const ScriptWord& word : words) (before.contains(word.start) ? unmarked : marked).push_back(word);
+  // Before the marks themselves: what is noted and not marked is no word too many.
+  CurrentPages().WriteOwn(PlacesOf(marked));
+  MakeMarked(session, marked, unmarked);
+  const Places after = PlacesOf(ReadMarked(session, PlacesOf(marked)));
+  return ReportMarks(session, words, before, after);
+}
+
+// What a click does is seen: it turns the colour of a number round, and with it all words that have the number.
+void NoteClick(const ScriptSession& session, const Marks& before, const Marks& after, int page) {
+  Places own = CurrentPages().ReadOwn();
+  ForEachWord(session.Paged(), [&](const ScriptWord& word) {
+    const bool isClicked =
+        IsOnPage(session.Paged(), word, page) && MarkOf(before, word) == 0 && MarkOf(after, word) != 0;
+    if (isClicked) own.insert(word.start);
+  });
+  CurrentPages().WriteOwn(PlacesOf(ReadMarked(session, own)));
 }
 
 int MarkByClick(ScriptSession& session, const Options& options) {
@@ -116,9 +155,7 @@ int MarkByClick(ScriptSession& session, const Options& options) {
   }
   const Marks after = session.ReadMarks();
   if (after == before) throw Refusal("this word cannot be marked; " + std::string(kNoRoom));
-  ForEachWord(session.Paged(), *options.page - 1, *options.page - 1, [&](const ScriptWord& clicked) {
-    if ((MarkOf(before, clicked) != 0) != (MarkOf(after, clicked) != 0)) NoteOwn({clicked}, after);
-  });
+  NoteClick(session, before, after, *options.page - 1);
   Report(*options.page, Utf8FromGbkText(word.data()), state != 0);
   std::cout << '\n';
   return kDone;

@@ -101,7 +101,8 @@ std::size_t ScriptSession::Build(const PageSetup& setup, const EngineText& text)
   const PagesFolder folder = BeginNewPages();
   PagedText paged = MakePages(folder, *canvas_, now, text.gbk);
   const bool hadMarks = HasAny(ReadMarks());
-  const bool isSameText = built_ && built_->textHash == now.textHash;
+  // The settings or the copy may be damaged; either will do to tell.
+  const bool isSameText = (built_ && built_->textHash == now.textHash) || ReadBytes(CurrentPages().Copy()) == text.gbk;
   const MovedMarks moved = hadMarks && isSameText ? CarryMarks(folder, paged) : MovedMarks{};
   PutInPlace(folder);
   const std::string name = "tavimo: " + Readable(script_.filename());
