@@ -2,6 +2,7 @@
 // see what an export does; the folders temp, tmpwav and zud are made in the current directory.
 #include <chrono>
 #include <iostream>
+#include <optional>
 #include <utility>
 
 #include "engine_call.h"
@@ -14,11 +15,12 @@ namespace tavimo::host {
 namespace {
 
 constexpr const char* kNextCall = "+";
+constexpr const char* kWait = "wait";
 
 // Messages that the engine has posted, for as long as a host would be busy with them.
-void DispatchFor(const std::string& word) {
-  const auto seconds = ParseTime(word);
-  if (!seconds) throw Refusal("wait takes seconds");
+void DispatchFor(const std::vector<std::string>& words) {
+  const auto seconds = words.size() == 1 ? ParseTime(words.front()) : std::nullopt;
+  if (!seconds) throw Refusal("the call is wait SECONDS");
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(*seconds);
   do {
     tvDispatchMessages(10);
@@ -27,8 +29,8 @@ void DispatchFor(const std::string& word) {
 
 void Call(const std::vector<std::string>& call, CallObjects& objects) {
   const std::vector<std::string> words(call.begin() + 1, call.end());
-  if (call.front() == "wait" && words.size() == 1) {
-    DispatchFor(words.front());
+  if (call.front() == kWait) {
+    DispatchFor(words);
     return;
   }
   std::cout << CallEngine(call.front(), words, objects);

@@ -4,13 +4,15 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <limits>
+#include <optional>
 #include <span>
 #include <sstream>
 #include <type_traits>
 
 #include "nearest_name.h"
 #include "refusal.h"
-#include "system.h"
+#include "shown_values.h"
 #include "tavimo.h"
 #include "text.h"
 
@@ -89,11 +91,35 @@ const ExportRow& Find(const std::string& name) {
 bool TakesWord(const ArgumentRow& row) { return row.flow != Flow::Out; }
 
 template <typename Number>
-Number Parse(const std::string& word, const ArgumentRow& row) {
+std::optional<Number> Parse(const std::string& word) {
   Number number{};
   const auto [stop, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-  if (error == std::errc() && stop == word.data() + word.size() && !word.empty()) return number;
+  if (error != std::errc() || stop != word.data() + word.size() || word.empty()) return {};
+  return number;
+}
+
+double Fraction(const std::string& word, const ArgumentRow& row) {
+  if (const auto number = Parse<double>(word)) return *number;
   throw Refusal(std::string(row.name) + " is a number; '" + ReadableText(word) + "' is none");
+}
+
+struct Range {
+  std::int64_t least;
+  std::int64_t most;
+};
+
+template <typename Number>
+constexpr Range kRangeOf{std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max()};
+
+// A number that the argument cannot hold would silently become another one.
+std::int64_t WholeNumber(const std::string& word, const ArgumentRow& row) {
+  const Range range = row.kind == Kind::Int32    ? kRangeOf<std::int32_t>
+                      : row.kind == Kind::Uint32 ? kRangeOf<std::uint32_t>
+                                                 : kRangeOf<std::int64_t>;
+  const auto number = Parse<std::int64_t>(word);
+  if (number && *number >= range.least && *number <= range.most) return *number;
+  throw Refusal(std::string(row.name) + " is a whole number from " + std::to_string(range.least) + " to " +
+                std::to_string(range.most) + "; '" + ReadableText(word) + "' is none");
 }
 
 std::string Gbk(const std::string& utf8) {
@@ -115,23 +141,16 @@ std::string TextFor(const ArgumentRow& row, const std::string& word) {
   return *path;
 }
 
-template <typename Number>
-void AppendNumber(std::vector<char>& bytes, Number number) {
-  std::array<char, sizeof number> raw{};
-  std::memcpy(raw.data(), &number, raw.size());
-  bytes.insert(bytes.end(), raw.begin(), raw.end());
-}
-
 std::vector<char> Array(const ArgumentRow& row, const std::string& word) {
   std::vector<char> bytes;
   std::istringstream parts(word);
-  for (std::string part; std::getline(parts, part, ',');) AppendNumber(bytes, Parse<std::int64_t>(part, row));
-  std::vector<char> narrow;
-  for (std::size_t at = 0; at < bytes.size(); at += sizeof(std::int64_t)) {
-    narrow.insert(narrow.end(), bytes.begin() + static_cast<std::ptrdiff_t>(at),
-                  bytes.begin() + static_cast<std::ptrdiff_t>(at + sizeof(std::int32_t)));
+  for (std::string part; std::getline(parts, part, ',');) {
+    const auto number = static_cast<std::uint32_t>(WholeNumber(part, row));
+    std::array<char, sizeof number> raw{};
+    std::memcpy(raw.data(), &number, raw.size());
+    bytes.insert(bytes.end(), raw.begin(), raw.end());
   }
-  return narrow;
+  return bytes;
 }
 
 std::vector<char> Hexadecimal(const ArgumentRow& row, const std::string& word) {
@@ -160,7 +179,7 @@ Value ValueFor(const ArgumentRow& row, const std::string& word, CallObjects& obj
   } else if (row.kind == Kind::Dc) {
     value.handle = objects.DeviceContext(word);
   } else if (row.kind == Kind::Double) {
-    value.fraction = Parse<double>(word, row);
+    value.fraction = Fraction(word, row);
   } else if (row.kind == Kind::Text) {
     const std::string text = TextFor(row, word);
     objects.NoteFile(word);
@@ -168,23 +187,51 @@ Value ValueFor(const ArgumentRow& row, const std::string& word, CallObjects& obj
   } else if (row.kind == Kind::Bytes) {
     value.bytes = Hexadecimal(row, word);
   } else if (row.flow == Flow::Value) {
-    value.number = Parse<std::int64_t>(word, row);
+    value.number = WholeNumber(word, row);
   } else {
     value.bytes = Array(row, word);
   }
   return value;
 }
 
-constexpr std::int64_t kMostRoom = 64'000'000;  // bytes for one argument; a number beyond is a slip
+constexpr std::int64_t kMostRoom = 64'000'000;  // values of one argument; a number beyond is a slip
 
+// How many values the argument has: a number, or what the argument of that name says.
 std::size_t RoomFor(const ArgumentRow& row, const ExportRow& exported, const std::vector<Value>& values) {
+  std::int64_t room = 0;
+  if (const auto number = Parse<std::int64_t>(row.room)) room = *number;
   for (std::size_t i = 0; i < values.size(); ++i) {
-    if (std::strcmp(exported.arguments[i].name, row.room) == 0) {
-      const std::int64_t count = std::clamp<std::int64_t>(values[i].number, 0, kMostRoom);
-      return static_cast<std::size_t>(count) * SizeOf(row.kind);
-    }
+    if (std::strcmp(exported.arguments[i].name, row.room) == 0) room = values[i].number;
   }
-  return static_cast<std::size_t>(Parse<std::int64_t>(row.room, row)) * SizeOf(row.kind);
+  return static_cast<std::size_t>(std::clamp<std::int64_t>(room, 0, kMostRoom));
+}
+
+bool IsArray(const ArgumentRow& row) { return row.flow != Flow::Value && row.kind != Kind::Text; }
+
+// The engine reads as many values as the other arguments say, however few were given.
+void CheckLength(const ArgumentRow& row, std::size_t given, std::size_t wanted) {
+  if (given == wanted) return;
+  const std::string what = row.kind == Kind::Bytes ? " bytes" : " numbers";
+  throw Refusal(std::string(row.name) + " is " + std::to_string(wanted) + what + "; " + std::to_string(given) +
+                (given == 1 ? " is given" : " are given"));
+}
+
+// What stands in a buffer before the call, so that what the engine left alone can be told from what it wrote.
+constexpr char kUntouched = '\xA5';
+
+// Whatever was given, there is the room that the engine may write to, and a zero behind it.
+void MakeRoom(const ExportRow& exported, std::vector<Value>& values, std::size_t largestFile) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const ArgumentRow& row = exported.arguments[i];
+    if (row.flow == Flow::Value) continue;
+    std::vector<char>& bytes = values[i].bytes;
+    const std::size_t room = RoomFor(row, exported, values);
+    if (IsArray(row) && row.flow != Flow::Out) CheckLength(row, bytes.size() / SizeOf(row.kind), room);
+    const bool isGuess = row.flow == Flow::Out && std::string_view(row.room).size() > 1 &&
+                         row.room[0] <= '9';  // a number, and no argument that says it
+    bytes.resize(std::max({bytes.size(), room * SizeOf(row.kind), isGuess ? largestFile : 0}), kUntouched);
+    bytes.push_back('\0');
+  }
 }
 
 std::vector<Value> ValuesFor(const ExportRow& exported, const std::vector<std::string>& words, CallObjects& objects) {
@@ -196,51 +243,38 @@ std::vector<Value> ValuesFor(const ExportRow& exported, const std::vector<std::s
   for (const ArgumentRow& row : exported.arguments) {
     values.push_back(TakesWord(row) ? ValueFor(row, words[next++], objects) : Value{});
   }
-  // Whatever was given, there is the room that the engine may write to.
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const ArgumentRow& row = exported.arguments[i];
-    if (row.flow == Flow::Value) continue;
-    const bool isGuess = row.flow == Flow::Out && std::string_view(row.room).size() > 1 &&
-                         row.room[0] <= '9';  // a number, and no argument that says it
-    const std::size_t fileRoom = isGuess ? objects.LargestFile() : 0;
-    values[i].bytes.resize(std::max({values[i].bytes.size(), RoomFor(row, exported, values), fileRoom}) + 1);
-  }
+  MakeRoom(exported, values, objects.LargestFile());
   return values;
 }
 
-std::string Utf8Of(const std::vector<char>& gbk) {
-  const std::string text = gbk.data();
-  return ReadableText(Utf8FromEncoding(text, "GB18030").value_or(text));
-}
-
-std::string Numbers(const std::vector<char>& bytes, Kind kind) {
-  constexpr std::size_t kMostShown = 20;
-  std::string list;
-  const std::size_t count = bytes.size() / sizeof(std::int32_t);
-  for (std::size_t i = 0; i < std::min(count, kMostShown); ++i) {
-    std::int32_t number = 0;
-    std::memcpy(&number, bytes.data() + i * sizeof number, sizeof number);
-    const bool isSigned = kind == Kind::Int32;
-    list +=
-        (i == 0 ? "" : ", ") + (isSigned ? std::to_string(number) : std::to_string(static_cast<std::uint32_t>(number)));
+// The part of a buffer that the engine wrote, in whole units: up to the last one that changed.
+std::span<const char> WrittenPart(const std::vector<char>& bytes, std::size_t unit) {
+  std::span<const char> written(bytes.data(), bytes.size() - 1);
+  const auto isUntouched = [](char byte) { return byte == kUntouched; };
+  while (!written.empty()) {
+    const auto last = written.last(std::min(unit, written.size()));
+    if (!std::all_of(last.begin(), last.end(), isUntouched)) break;
+    written = written.first(written.size() - last.size());
   }
-  return list + (count > kMostShown ? ", …" : "");
+  return written;
 }
 
-std::string HexadecimalOf(const std::vector<char>& bytes) {
-  constexpr std::size_t kMostShown = 32;
-  std::string digits;
-  for (std::size_t i = 0; i + 1 < bytes.size() && i < kMostShown; ++i) {
-    const auto byte = static_cast<unsigned char>(bytes[i]);
-    digits += "0123456789abcdef"[byte >> 4];
-    digits += "0123456789abcdef"[byte & 15];
-  }
-  return digits + (bytes.size() > kMostShown + 1 ? "…" : "");
+template <typename Number>
+std::span<const Number> NumbersIn(std::span<const char> bytes) {
+  return {reinterpret_cast<const Number*>(bytes.data()), bytes.size() / sizeof(Number)};
 }
 
+// "  starts_ms = 320, 3120", or that the engine wrote nothing.
 std::string Written(const ArgumentRow& row, const std::vector<char>& bytes) {
-  if (row.kind == Kind::Text) return Utf8Of(bytes);
-  return row.kind == Kind::Bytes ? HexadecimalOf(bytes) : Numbers(bytes, row.kind);
+  const std::string name = "  " + std::string(row.name);
+  const auto written = WrittenPart(bytes, row.kind == Kind::Text ? 1 : sizeof(std::int32_t));
+  if (written.empty()) return name + ": not written\n";
+  if (row.kind == Kind::Text) return name + " = " + ShownText(bytes.data()) + '\n';
+  if (row.kind == Kind::Bytes) return name + " = " + ShownBytes(std::as_bytes(written)) + '\n';
+  const bool isSigned = row.kind == Kind::Int32;
+  return name + " = " +
+         (isSigned ? ShownNumbers(NumbersIn<std::int32_t>(written)) : ShownNumbers(NumbersIn<std::uint32_t>(written))) +
+         '\n';
 }
 
 std::pair<int, int> SizeIn(const std::string& word) {
@@ -278,6 +312,7 @@ CallObjects::~CallObjects() {
 }
 
 void CallObjects::NoteFile(const std::string& word) {
+  if (word.empty()) return;
   std::string native = word;
   std::replace(native.begin(), native.end(), '\\', '/');
   const std::filesystem::path named = std::filesystem::absolute(PathFromUtf8(native));
@@ -318,7 +353,7 @@ std::string CallObjects::Describe() const {
       const auto line = static_cast<std::uintptr_t>(i);
       std::vector<char> gbk(static_cast<std::size_t>(tvSendMessage(window, TV_LB_GETTEXTLEN, line, 0)) + 1);
       tvSendMessage(window, TV_LB_GETTEXT, line, reinterpret_cast<intptr_t>(gbk.data()));
-      text += name + ": " + Utf8Of(gbk) + '\n';
+      text += name + ": " + ShownText(gbk.data()) + '\n';
     }
   }
   for (const auto& [name, picture] : pictures_) {
@@ -352,7 +387,7 @@ std::string CallEngine(const std::string& name, const std::vector<std::string>& 
   for (std::size_t i = 0; i < exported.arguments.size(); ++i) {
     const ArgumentRow& row = exported.arguments[i];
     if (row.flow != Flow::Out && row.flow != Flow::InOut) continue;
-    text += "  " + std::string(row.name) + " = " + Written(row, arguments.At(i).bytes) + '\n';
+    text += Written(row, arguments.At(i).bytes);
   }
   return text;
 }
