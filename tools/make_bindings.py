@@ -1,22 +1,28 @@
 #!/usr/bin/env python3
 """Makes from the one table of exports what other languages and the command-line host know of the engine: a Python module
-over ctypes, and for C++ the table behind `tavimo call` and the wrappers behind `tavimo --trace`. It checks nothing:
-tools/check_exports.py holds the table against the header."""
+over ctypes, and for C++ the table behind `tavimo call` and the wrappers behind `tavimo --trace`, which knows the host kit's
+functions too, from their header. It checks nothing: tools/check_exports.py holds the table against the header."""
 import argparse
+import re
 from pathlib import Path
+from typing import NamedTuple
 
 from check_exports import C_TYPES, c_type
-from make_export_lists import read_table
+from make_export_lists import Argument, read_table
 
 PYTHON_TYPES = {'int32': 'c_int32', 'uint32': 'c_uint32', 'double': 'c_double', 'intptr': 'c_ssize_t',
                 'uintptr': 'c_size_t', 'window': 'c_void_p', 'dc': 'c_void_p', 'text': 'c_char_p', 'bytes': 'c_void_p'}
 
+COUNTED = 'result:'  # before the room of an array: the export answers how many values it wrote
+
 PYTHON_HEAD = '''"""The engine's exports for Python, made from its table of exports; do not edit. Each function has the arguments of
 include/tavimo.h: text is GBK bytes, windows and device contexts are handles of the host kit, and arrays are ctypes arrays
-with the room the header asks for.
+with the room the header asks for. What the engine writes into, text and bytes included, is a buffer of ctypes as well:
 
     engine = tavimo.load("libtavimo.so")
     engine.vcIsWaveFile(tavimo.path("lesson.wav"))
+    path = ctypes.create_string_buffer(tavimo.path("temp/lesson.tst"), 260)
+    engine.vcOpenWzFile(path)  # path.value is now temp\\lesson.wz
 """
 import ctypes
 
@@ -48,8 +54,8 @@ def python_type(argument):
         return 'ctypes.' + PYTHON_TYPES[argument.kind]
     if argument.kind == 'pages':
         return 'ctypes.POINTER(PageIndexEntry)'
-    if argument.kind in ('text', 'bytes'):
-        return 'ctypes.' + PYTHON_TYPES[argument.kind]
+    if argument.kind in ('text', 'bytes'):  # bytes of Python never change, so they are none to write into
+        return 'ctypes.c_void_p' if argument.flow == 'in' else 'ctypes.POINTER(ctypes.c_char)'
     return f'ctypes.POINTER(ctypes.{PYTHON_TYPES[argument.kind]})'
 
 
@@ -63,7 +69,8 @@ def python_module(exports):
 
 def cpp_kind(argument):
     flow = {'': 'Value', 'in': 'In', 'out': 'Out', 'inout': 'InOut'}[argument.flow]
-    return f'{{"{argument.name}", Flow::{flow}, Kind::{argument.kind.capitalize()}, "{argument.room}"}}'
+    room = argument.room.removeprefix(COUNTED)
+    return f'{{"{argument.name}", Flow::{flow}, Kind::{argument.kind.capitalize()}, "{room}"}}'
 
 
 def call_function(export):
@@ -84,24 +91,101 @@ def calls(exports):
             f'constexpr std::array<ExportRow, {len(exports)}> kExports{{{{\n{rows}}}}};\n')
 
 
-def wrapper(export):
-    result = C_TYPES.get(export.result, 'void')
-    declared = ', '.join(f'{c_type(a)} a{i}' for i, a in enumerate(export.arguments))
-    names = ''.join(f', Traced(a{i})' for i in range(len(export.arguments)))
-    values = ', '.join(f'a{i}' for i in range(len(export.arguments)))
-    call = f'__real_{export.name}({values})'
-    body = (f'{{ const auto result = {call}; TraceCall("{export.name}", {{{names[2:]}}}, Traced(result)); return result; }}'
-            if export.result else f'{{ {call}; TraceCall("{export.name}", {{{names[2:]}}}, ""); }}')
-    return (f'{result} __real_{export.name}({declared}) VC_NOEXCEPT;\n'
-            f'{result} __wrap_{export.name}({declared}) VC_NOEXCEPT {body}\n')
+class Function(NamedTuple):
+    """A function as its wrapper needs it: an export, or one of the kit's."""
+    name: str
+    result: str  # C type
+    types: list  # C types of the arguments
+    arguments: list
 
 
-def wrappers(exports):
-    return '// Made from the table of exports; do not edit.\n' + ''.join(wrapper(e) for e in exports)
+KIT_DECLARATION = re.compile(r'^VC_API ([\w* ]+?)(tv\w+)\(([^;]*?)\) VC_NOEXCEPT;', re.M)
+# Called for every character or pixel: they would bury what a trace is for.
+UNTRACED = {'tvGbkFromUtf8', 'tvUtf8FromGbk', 'tvFill', 'tvPixel'}
+KIT_KINDS = {'VcWindow': 'window', 'VcDc': 'dc', 'int': 'int32', 'char': 'int32', 'uint32_t': 'uint32',
+             'intptr_t': 'intptr', 'uintptr_t': 'uintptr'}
 
 
-def wrap_options(exports):
-    return ''.join(f'--wrap={e.name}\n' for e in exports)
+def kit_argument(c_type_, name):
+    """What the kind of an argument of the kit's is: its header says of texts by their names what they are in."""
+    text = 'text' if 'gbk' in name or name == 'path' else 'utf8'
+    if c_type_ == 'const char*':
+        return Argument(name, '', text, '')
+    if c_type_ == 'char*':
+        return Argument(name, 'out', text, '')
+    if c_type_ == 'int32_t*':
+        return Argument(name.split('[')[0], 'out', 'int32', name[name.find('[') + 1:-1] if '[' in name else '1')
+    return Argument(name, '', KIT_KINDS.get(c_type_, 'opaque'), '')
+
+
+def kit_functions(header):
+    for result, name, parameters in KIT_DECLARATION.findall(header):
+        if name in UNTRACED:
+            continue
+        pairs = [' '.join(p.split()).rpartition(' ')[::2] for p in parameters.split(',') if p != 'void']
+        pairs = [(c + '*', n) if n.endswith(']') else (c, n) for c, n in pairs]
+        yield Function(name, result.strip(), [c for c, _ in pairs], [kit_argument(c, n) for c, n in pairs])
+
+
+def functions(exports, header):
+    built = [Function(e.name, C_TYPES.get(e.result, 'void'), [c_type(a) for a in e.arguments], e.arguments) for e in exports]
+    return built + list(kit_functions(header))
+
+
+def count_of(room, arguments):
+    """How many values an array has once the call is done."""
+    if room.startswith(COUNTED):
+        return 'result'
+    return room if room.isdigit() else 'a' + str([a.name for a in arguments].index(room))
+
+
+def shown(i, argument, arguments):
+    """An argument as text."""
+    a, kind = f'a{i}', argument.kind
+    if kind in ('text', 'utf8'):
+        return f'Traced{kind.capitalize()}({a})'
+    if argument.flow:
+        return f'TracedArray({a}, {count_of(argument.room, arguments)})'
+    if kind in ('window', 'dc'):
+        return f'TracedHandle("{kind}", {a})'
+    return f'TracedOpaque({a} == nullptr)' if kind == 'opaque' else f'std::to_string({a})'
+
+
+def shown_call(function):
+    """What goes in is taken down before the call, which may write over it; what comes out, after it."""
+    before, texts = [], []
+    failed = 'result == -1' if function.result in ('int', 'int32_t') else 'false'
+    for i, argument in enumerate(function.arguments):
+        if argument.flow != 'out':
+            before.append(f'const std::string in{i} = {shown(i, argument, function.arguments)};')
+        out = f'Out({failed}, [&] {{ return {shown(i, argument, function.arguments)}; }})'
+        texts.append({'out': out, 'inout': f'in{i} + {out}'}.get(argument.flow, f'in{i}'))
+    return ' '.join(before), ', '.join(texts)
+
+
+RESULTS = {'VcWindow': 'TracedHandle("window", result)', 'VcDc': 'TracedHandle("dc", result)'}
+
+
+def wrapper(function):
+    declared = ', '.join(f'{c} a{i}' for i, c in enumerate(function.types))
+    call = f'__real_{function.name}({", ".join(f"a{i}" for i in range(len(function.types)))})'
+    before, texts = shown_call(function)
+    if function.result == 'void':
+        body = f'{call}; TraceCall("{function.name}", {{{texts}}}, "");'
+    else:
+        result = RESULTS.get(function.result, 'std::to_string(result)')
+        body = f'const auto result = {call}; TraceCall("{function.name}", {{{texts}}}, {result}); return result;'
+    return (f'{function.result} __real_{function.name}({declared}) VC_NOEXCEPT;\n'
+            f'{function.result} __wrap_{function.name}({declared}) VC_NOEXCEPT {{\n'
+            f'  if (!isTracing) return {call};\n  {before} {body}\n}}\n')
+
+
+def wrappers(exports, header):
+    return '// Made from the table of exports; do not edit.\n' + ''.join(map(wrapper, functions(exports, header)))
+
+
+def wrap_options(exports, header):
+    return ''.join(f'--wrap={f.name}\n' for f in functions(exports, header))
 
 
 def main():
@@ -109,15 +193,18 @@ def main():
     parser.add_argument('--table', required=True)
     parser.add_argument('--python')
     parser.add_argument('--calls')
+    parser.add_argument('--kit', help="the host kit's header, for the wrappers")
     parser.add_argument('--wrappers')
     parser.add_argument('--wrap-options')
     arguments = parser.parse_args()
     exports = [e for e in read_table(arguments.table) if e.built]
-    outputs = {arguments.python: python_module, arguments.calls: calls, arguments.wrappers: wrappers,
-               arguments.wrap_options: wrap_options}
+    header = Path(arguments.kit).read_text(encoding='utf-8') if arguments.kit else ''
+    outputs = {arguments.python: lambda: python_module(exports), arguments.calls: lambda: calls(exports),
+               arguments.wrappers: lambda: wrappers(exports, header),
+               arguments.wrap_options: lambda: wrap_options(exports, header)}
     for path, make in outputs.items():
         if path:
-            Path(path).write_text(make(exports), encoding='ascii')
+            Path(path).write_text(make(), encoding='ascii')
 
 
 if __name__ == '__main__':

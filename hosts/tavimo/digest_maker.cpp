@@ -13,6 +13,7 @@
 #include "system.h"
 #include "tavimo.h"
 #include "text.h"
+#include "trace.h"
 
 namespace tavimo::host {
 
@@ -49,6 +50,8 @@ void WritePeakMark(const std::string& hash) {
 }
 
 std::vector<std::uint8_t> MakePeak(const LessonSession& session, ProgressBar& progress) {
+  TraceNote("the program makes " + Readable(session.DigestPath().filename()) +
+            " itself, of the loudest samples; with --exact the engine makes it");
   // The time from before the reading: a recording that changes meanwhile leaves a digest that is not current.
   const fs::file_time_type time = fs::last_write_time(session.Recording());
   std::vector<std::uint8_t> levels = PeakLevels(session.Recording(), session.Header(), progress);
