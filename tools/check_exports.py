@@ -2,11 +2,13 @@
 """Holds three things against one another: the table of exports, the public header and the built library. The table has
 every name once with a plausible size of arguments; the header declares exactly the built exports, in the table's order,
 under their family's heading, with the stated arguments, which fill the stated stack bytes; the library exports exactly
-the built names and the host kit's, and a second name has the address of the first; the guide and some test name every
-export. What the comments say is check_header_tags.py's business."""
+the built names and the host kit's, and a second name has the address of the first; the guide's table of all exports has them
+by family, and some test calls every one. What the comments say is check_header_tags.py's business."""
 import argparse
+import io
 import re
 import subprocess
+import tokenize
 from pathlib import Path
 
 import house
@@ -107,14 +109,33 @@ def library_rows(exports, library):
             yield library, 1, f'{export.name} and {export.alias_of} are not the same entry'
 
 
-def absence_rows(exports):
-    """An export that the guide does not name cannot be found, and one that no test names may be broken."""
-    guide = house.read(GUIDE)
-    tests = '\n'.join(house.read(path) for path in house.files(('.cpp', '.c', '.py'), 'tests'))
+def guide_rows(exports, text):
+    """The guide's table of all exports has each family with its exports, in the header's order."""
+    table = text[text.rfind('\n## '):]
+    rows = re.findall(r'^\| ([\w-]+) \| (`.*) \|$', table, re.M)
+    found = {family: re.findall(r'`(\w+)`', names) for family, names in rows}
+    wanted = {}
+    for export in filter(lambda e: e.built, exports):
+        wanted.setdefault(export.family, []).append(export.name)
+    for family in {**wanted, **found}:
+        left, right = wanted.get(family, []), found.get(family, [])
+        if left != right:
+            odd = ', '.join(sorted(set(left) ^ set(right))) or 'the order'
+            yield GUIDE, 1, f'the table of all exports is not that of the header: {family}: {odd}'
+
+
+def without_python_comments(text):
+    tokens = tokenize.generate_tokens(io.StringIO(text).readline)
+    return ' '.join(token.string for token in tokens if token.type != tokenize.COMMENT)
+
+
+def test_rows(exports, texts):
+    """An export that no test names may be broken. What a comment says of it tests nothing."""
+    without = {'.py': without_python_comments}
+    code = '\n'.join(without.get(suffix, house.without_comments)(text) for suffix, text in texts)
     for export in exports:
-        for path, text in ((GUIDE, guide), (Path('tests'), tests)):
-            if export.built and not re.search(rf'\b{export.name}\b', text):
-                yield path, 1, f'{export.name} is named nowhere'
+        if export.built and not re.search(rf'\b{export.name}\b', code):
+            yield Path('tests'), 1, f'{export.name} is called by no test'
 
 
 def dll_listing(dll):
@@ -165,7 +186,9 @@ def main():
     arguments = parser.parse_args()
     library = arguments.library
     exports = read_table(house.ROOT / TABLE)
-    rows = [*table_rows(exports), *header_rows(exports, house.read(HEADER)), *absence_rows(exports)]
+    texts = [(path.suffix, house.read(path)) for path in house.files(('.cpp', '.c', '.py'), 'tests')]
+    rows = [*table_rows(exports), *header_rows(exports, house.read(HEADER)), *guide_rows(exports, house.read(GUIDE)),
+            *test_rows(exports, texts)]
     if library:
         rows += library_rows(exports, library)
     if arguments.dll:

@@ -91,6 +91,19 @@ EXPORTS = [
     ('under another family', HEADING.replace('first', 'second') + DECLARED_A + DECLARED_B, 2),
 ]
 
+GUIDE_ROW = '## All exports\n| family | exports |\n|---|---|\n| first | `vcA`, `vcB` |\n'
+GUIDES = [
+    ('as the table says', GUIDE_ROW, 0),
+    ('one in prose only', '`vcB`\n' + GUIDE_ROW.replace(', `vcB`', ''), 1),
+    ('one under another family', GUIDE_ROW.replace(', `vcB`', '') + '| second | `vcB` |\n', 2),
+    ('one that does not exist', GUIDE_ROW.replace('`vcB`', '`vcB`, `vcGhost`'), 1),
+    ('one that is only planned', GUIDE_ROW.replace('`vcB`', '`vcB`, `vcC`'), 1),
+]
+CALLED = [
+    ([('.cpp', 'vcA(); vcB();')], 0), ([('.cpp', 'vcA(); // vcB()'), ('.py', 'call("vcA")  # vcB\n')], 1),
+    ([('.cpp', 'vcA();'), ('.py', 'call("vcB")\n')], 0),
+]
+
 
 class Checkers(unittest.TestCase):
     def test_functions_are_found_with_their_lines(self):
@@ -118,6 +131,14 @@ class Checkers(unittest.TestCase):
         for name, text, expected in EXPORTS:
             with self.subTest(name):
                 self.assertEqual(len(list(check_exports.header_rows(TABLE, text))), expected)
+
+    def test_exports_missing_in_the_guide_or_the_tests_are_found(self):
+        for name, text, expected in GUIDES:
+            with self.subTest(name):
+                self.assertEqual(len(list(check_exports.guide_rows(TABLE, '\n' + text))), expected)
+        for texts, expected in CALLED:
+            with self.subTest(texts):
+                self.assertEqual(len(list(check_exports.test_rows(TABLE, texts))), expected)
 
     def test_blanking_keeps_the_numbers_of_lines(self):
         text = 'a /* b\n c */ "d\\"e" // f\ng'
