@@ -9,9 +9,12 @@ int main(int argc, char** argv) {
     fprintf(stderr, "usage: %s RECORDING (a PCM wave file of 8 or 16 bits)\n", argv[0]);
     return 2;
   }
-  /* vcIfDigestFileExist looks for temp\NAME.tmp; this one is ours alone. The folder temp must be there. */
+  /* vcIfDigestFileExist looks for temp\NAME.tmp; this one is ours alone. The engine makes no folders. */
   char digest[] = "temp\\host.tmp";
-  if (vcSimpleMakeDigestFile(path, path, digest, NULL) != 1) return 1;
+  if (vcSimpleMakeDigestFile(path, path, digest, NULL) != 1) {
+    fprintf(stderr, "no digest could be made in temp; are the folders temp, tmpwav and zud here?\n");
+    return 1;
+  }
   int32_t levels = vcOpenDigestFile(digest);
   printf("%d seconds\n", (int)(levels / 25));
 

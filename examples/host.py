@@ -1,7 +1,8 @@
 """The host of host.c in Python: opens a recording, makes its digest, cuts it into sentences. The binding, tavimo.py, is
 made from the engine's table of exports and is installed with the library.
 
-    python3 host.py LIBRARY RECORDING
+    mkdir -p temp tmpwav zud
+    PYTHONPATH=PREFIX/share/tavimo/python python3 host.py PREFIX/lib/libtavimo.so RECORDING
 """
 import ctypes
 import sys
@@ -15,9 +16,9 @@ def main(library, recording):
     if not engine.vcIsWaveFile(path):
         sys.exit(f"{recording} is no PCM wave file of 8 or 16 bits")
 
-    digest = tavimo.path("temp/host.tmp")  # the folder must be there
+    digest = tavimo.path("temp/host.tmp")
     if engine.vcSimpleMakeDigestFile(path, path, digest, None) != 1:
-        sys.exit("the digest could not be made")
+        sys.exit("no digest could be made in temp; are the folders temp, tmpwav and zud here?")
     print(engine.vcOpenDigestFile(digest) // 25, "seconds")
 
     count = engine.vcOpenSentenceFile(path)  # -1 when no study file is there yet
@@ -36,4 +37,6 @@ def main(library, recording):
 
 
 if __name__ == "__main__":
+    if len(sys.argv) != 3:
+        sys.exit("usage: host.py LIBRARY RECORDING")
     main(*sys.argv[1:])

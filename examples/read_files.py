@@ -1,5 +1,6 @@
-"""Reads the engine's side files without the engine, by docs/file-formats.md: digest, study file, question index with its
-texts, page file and highlight file.
+"""Reads the engine's side files without the engine, by docs/file-formats.md: digest, study file, sentence starts, sound
+parameters, question index with its wz file, page file and highlight file. It knows them by their extensions; mark indexes,
+parameter files, page files and highlight files have what name the host gives them.
 
     python3 read_files.py FILE…
 """
@@ -35,12 +36,31 @@ def highlights(content):
     return f"marked words {[4 * k + i for k, byte in enumerate(content) for i in range(4) if byte >> (6 - 2 * i) & 3]}"
 
 
-for path in map(pathlib.Path, sys.argv[1:]):
-    content, kind = path.read_bytes(), path.suffix.lower()
-    readers = {".tmp": digest, ".zud": study, ".pag": pages, ".hlt": highlights}
+def starts(content):
+    return f"starts at {[start for start, in struct.iter_unpack('<I', content[: len(content) // 4 * 4])]}"
+
+
+def parameters(content):
+    return f"the host's 20 bytes {content[:20].hex()}"
+
+
+READERS = {".tmp": digest, ".zud": study, ".sen": starts, ".par": parameters, ".pag": pages, ".hlt": highlights}
+
+
+def show(path):
+    kind = path.suffix.lower()
     if kind == ".tst":
-        print(f"{path.name}:", *questions(content, path.with_suffix(".wz").read_bytes()), sep="\n  ")
-    elif kind in readers:
-        print(f"{path.name}: {readers[kind](content)}")
+        print(f"{path.name}:", *questions(path.read_bytes(), path.with_suffix(".wz").read_bytes()), sep="\n  ")
+    elif kind in READERS:
+        print(f"{path.name}: {READERS[kind](path.read_bytes())}")
     else:
-        sys.exit(f"{path.name} is no side file of the engine")
+        sys.exit(f"{path.name}: the extensions read here are .tst {' '.join(READERS)}")
+
+
+for name in sys.argv[1:]:
+    try:
+        show(pathlib.Path(name))
+    except OSError as problem:
+        sys.exit(f"{problem.filename}: {problem.strerror}")
+    except struct.error:
+        sys.exit(f"{name} is cut off")

@@ -22,13 +22,23 @@ with the room the header asks for. What the engine writes into, text and bytes i
     engine = tavimo.load("libtavimo.so")
     engine.vcIsWaveFile(tavimo.path("lesson.wav"))
     path = ctypes.create_string_buffer(tavimo.path("temp/lesson.tst"), 260)
-    engine.vcOpenWzFile(path)  # path.value is now temp\\lesson.wz
+    engine.vcOpenWzFile(path)  # path.value ends in .wz now
 """
 import ctypes
 
 
 class PageIndexEntry(ctypes.Structure):
     _fields_ = [("text_offset", ctypes.c_uint32), ("first_word", ctypes.c_uint32)]
+
+
+class Buffer:
+    """The type of an argument for text or bytes that the engine writes: an array or a pointer of ctypes, or None."""
+
+    @classmethod
+    def from_param(cls, value):
+        if isinstance(value, (bytes, str, int)):
+            raise TypeError("the engine writes here, so this must be ctypes.create_string_buffer(SIZE)")
+        return value
 
 
 def load(library):
@@ -54,8 +64,8 @@ def python_type(argument):
         return 'ctypes.' + PYTHON_TYPES[argument.kind]
     if argument.kind == 'pages':
         return 'ctypes.POINTER(PageIndexEntry)'
-    if argument.kind in ('text', 'bytes'):  # bytes of Python never change, so they are none to write into
-        return 'ctypes.c_void_p' if argument.flow == 'in' else 'ctypes.POINTER(ctypes.c_char)'
+    if argument.kind in ('text', 'bytes'):  # bytes of Python never change, and POINTER(c_char) would take them
+        return 'ctypes.c_void_p' if argument.flow == 'in' else 'Buffer'
     return f'ctypes.POINTER(ctypes.{PYTHON_TYPES[argument.kind]})'
 
 

@@ -267,7 +267,7 @@ std::span<const Number> NumbersIn(std::span<const char> bytes) {
 // "  starts_ms = 320, 3120", or that the engine wrote nothing.
 std::string Written(const ArgumentRow& row, const std::vector<char>& bytes) {
   const std::string name = "  " + std::string(row.name);
-  const auto written = WrittenPart(bytes, row.kind == Kind::Text ? 1 : sizeof(std::int32_t));
+  const auto written = WrittenPart(bytes, IsArray(row) && row.kind != Kind::Bytes ? sizeof(std::int32_t) : 1);
   if (written.empty()) return name + ": not written\n";
   if (row.kind == Kind::Text) return name + " = " + ShownText(bytes.data()) + '\n';
   if (row.kind == Kind::Bytes) return name + " = " + ShownBytes(std::as_bytes(written)) + '\n';

@@ -22,6 +22,21 @@ target_link_libraries(host PRIVATE tavimo::tavimo)
 """
 
 
+# Bytes of Python never change, so the engine must not write into them.
+WRITTEN_TEXTS = """import ctypes, sys, tavimo
+engine = tavimo.load(sys.argv[1])
+path = ctypes.create_string_buffer(tavimo.path("temp/a.tst"), 260)
+assert engine.vcOpenWzFile(path) == -1 and path.value == rb"temp\\a.wz"
+for call in [lambda: engine.vcOpenWzFile(b"temp\\\\a.tst"), lambda: engine.vcGetDragFile(b"x" * 298),
+             lambda: engine.vcReadSoundFilePara(b"a.par", b"x" * 20)]:
+    try:
+        call()
+    except ctypes.ArgumentError:
+        continue
+    sys.exit("bytes were taken")
+"""
+
+
 def run(*words, **more):
     words = [str(word) for word in words]
     result = subprocess.run(words, capture_output=True, encoding="utf-8", timeout=100, **more)
@@ -75,12 +90,15 @@ class OutsidePrograms(unittest.TestCase):
         where = self.environment(PYTHONPATH=str(self.prefix / "share/tavimo/python"))
         said = run(sys.executable, "-B", self.examples / "host.py", self.library, "lesson.wav", cwd=self.root, env=where)
         self.assertTrue(said.startswith("74 seconds\nsentence 1 at "), said)
+        run(sys.executable, "-B", "-c", WRITTEN_TEXTS, self.library, cwd=self.root, env=where)
 
     def test_the_reader_of_side_files_reads_what_the_formats_page_shows(self):
         index = struct.pack("<5i32x", 2, 0, 0, 4, 0) + struct.pack("<5i32x", 3, 1, 4, 12, 0)
         files = {
             "a.tmp": bytes.fromhex("000000323200000000 3C0000"),
             "a.zud": bytes.fromhex("3CF00000C4E3BAC30000000000000000") + bytes(304) + bytes.fromhex("2800000018010000"),
+            "tmp.sen": bytes.fromhex("2800000018010000"),
+            "a.par": bytes(range(20)),
             "a.tst": index,
             "a.wz": b"Hi.\nWho?\n\0A.\nB.\n",
             "a.pag": bytes.fromhex("0000000000000000 0600000002000000 0B00000004000000"),
@@ -93,6 +111,8 @@ class OutsidePrograms(unittest.TestCase):
         self.assertEqual(said, [
             "a.tmp: 12 levels, 480 ms, the loudest 60",
             "a.zud: bookmarks [(61500, '你好')], sentences at [40, 280]",
+            "tmp.sen: starts at [40, 280]",
+            f"a.par: the host's 20 bytes {bytes(range(20)).hex()}",
             "a.tst:",
             "  type 2, answer A, passage 0: 'Hi.\\n'",
             "  type 3, answer B, passage 0: 'Who?\\nA.\\nB.\\n'",
