@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
   if (starts != NULL) {
     vcReadSentenceData(starts, count);
   } else {
-    vcSetSilentParam(10, 400); /* levels up to 10 are silent; 400 ms of them end a sentence */
+    vcSetSilentParam(4, 600); /* levels up to 4 are silent; 600 ms of them end a sentence */
     count = vcMakeSentence();
     starts = count > 0 ? malloc((size_t)count * sizeof *starts) : NULL;
     if (starts != NULL && vcReadTmpIdx(starts, count) == 0) vcWriteExtraFileData(path, starts, count);

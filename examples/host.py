@@ -26,7 +26,7 @@ def main(library, recording):
     if count > 0:
         engine.vcReadSentenceData(starts, count)
     else:
-        engine.vcSetSilentParam(10, 400)  # levels up to 10 are silent; 400 ms of them end a sentence
+        engine.vcSetSilentParam(4, 600)  # levels up to 4 are silent; 600 ms of them end a sentence
         count = engine.vcMakeSentence()
         starts = (ctypes.c_uint32 * max(count, 0))()
         if engine.vcReadTmpIdx(starts, count) == 0:

@@ -380,8 +380,8 @@ VC_API void VC_CALL vcSetSilentParam(int32_t threshold, int32_t silence_ms) VC_N
  * digest-files: one level byte per 40 ms of a recording
  *
  * A digest has no header: byte k is the level of the 40 ms from k x 40 ms, taken from the last sample of that stretch.
- * The working digest of D:\lessons\unit1.wav is temp\unit1.tmp; one that lies beside the recording (D:\lessons\unit1.tmp)
- * is taken over by vcIfDigestFileExist. The makers take paths of at most 199 bytes; vcIfDigestFileExist takes such with a
+ * The working digest of D:\lessons\unit1.wav is temp\unit1.tmp, that of unit.1.wav temp\unit.1.tmp: only the last dot begins
+ * an extension. One that lies beside the recording (D:\lessons\unit1.tmp) is taken over by vcIfDigestFileExist. The makers take paths of at most 199 bytes; vcIfDigestFileExist takes such with a
  * file name of at most 99.
  * ==================================================================================================================== */
 
@@ -403,8 +403,9 @@ VC_API int32_t VC_CALL vcIfDigestFileExist(const char* recording_path) VC_NOEXCE
  *  @return 1 when the worker was started; 0 when it could not be, when one is already running (which goes on), or for
  *          a null path or one of more than 199 bytes.
  *  @failure a wave that cannot be opened or a digest that cannot be created: the percentage stays 0 and no file
- *           changes. A digest that could not be written whole: 1000, and no digest is in place. After a result of 0
- *           the percentage is still that of the job before.
+ *           changes, so ask vcIsWaveFile first and give up after some seconds of 0. A digest that could not be
+ *           written whole: 1000, and no digest is in place. After a result of 0 the percentage is still that of the
+ *           job before.
  *  @requires the digest's folder. */
 VC_API int32_t VC_CALL vcMakeDigestFile(const char* source_path, const char* wave_path,
                                         const char* digest_path) VC_NOEXCEPT;
@@ -614,7 +615,8 @@ VC_API void VC_CALL vcWriteMarkIdx(const char* path, const uint32_t* values, int
  *  @param label GBK text; more than 11 bytes are cut before the character that does not fit; null is empty.
  *  @return 0.
  *  @failure -1: there are 20 bookmarks already.
- *  @requires vcOpenSentenceFile, vcReadSentenceData. */
+ *  @requires vcOpenSentenceFile, which may have answered -1 for a new recording; else vcReadSentenceData too, which loads
+ *            the stored list in place of this one. */
 VC_API int32_t VC_CALL vcAddBookMark(uint32_t time_ms, const char* label) VC_NOEXCEPT;
 
 /** @brief Deletes a bookmark; those behind it move up.

@@ -72,6 +72,7 @@ class OutsidePrograms(unittest.TestCase):
         run(CMAKE, "--build", build)
         said = run(build / "host", "lesson.wav", cwd=self.root)
         self.assertTrue(said.startswith("74 seconds\nsentence 1 at "), said)
+        self.assertIn("\nsentence 19 at ", said)
         self.assertTrue((self.root / "wave.png").read_bytes().startswith(b"\x89PNG"))
         self.assertEqual(run(build / "host", "lesson.wav", cwd=self.root), said)  # from the study file this time
 
