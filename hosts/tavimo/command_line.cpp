@@ -17,15 +17,16 @@ namespace {
 
 constexpr const char* kAbout =
     "tavimo takes a language lesson apart: it finds the sentences of a recording, stores and draws them, plays them,\n"
-    "and records the learner who says them.\n"
-    "Recordings are PCM wave files of 8 or 16 bits, mono or stereo.";
+    "and records the learner who says them. tavimo lesson does it all and ends in a page for the browser.\n"
+    "Recordings are PCM wave files of 8 or 16 bits, mono or stereo; tavimo import makes them of MP3, Ogg, FLAC and\n"
+    "other kinds, and tavimo lesson does so by itself.";
 
 constexpr const char* kFooter =
     "\nEverything about a recording is kept in a folder of its own, HOME/lessons/NAME-HASH: its digest in temp, its\n"
-    "study file in zud, the learner's voice in takes. The hash is that of the recording's full path, so recordings of "
-    "one name in different folders\n"
-    "keep apart, and one that is moved starts anew. A recording whose name the engine cannot take is reached by a\n"
-    "link in alias. HOME is the person's data folder (~/.local/share/tavimo) unless --home names another.\n"
+    "study file in zud, the learner's voice in takes. The hash is that of the recording's full path, so recordings of\n"
+    "one name in different folders keep apart, and one that is moved starts anew. A recording whose name the engine\n"
+    "cannot take is reached by a link in alias. HOME is the person's data folder (~/.local/share/tavimo) unless\n"
+    "--home names another.\n"
     "\nExit codes: 0 done, 1 refused (the reason is on standard error), 2 wrong usage.";
 
 class CommandLine {

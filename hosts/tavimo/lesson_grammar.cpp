@@ -58,11 +58,16 @@ void AddWave(Grammar& grammar) {
 }
 
 void AddLesson(Grammar& grammar) {
-  CLI::App& command = grammar.AddCommand("lesson", "Do it all: digest, sentences, study file, picture", RunLesson);
-  command.footer("\nSentences that the study file already holds stay; `tavimo cut` makes them anew.");
-  grammar.AddFiles(command);
+  CLI::App& command = grammar.AddCommand(
+      "lesson", "Do it all: sentences, exercises and script of recordings in a page for the browser", RunLesson);
+  command.footer(
+      "\nThe page is lesson.html; of several recordings each has its own, NAME-lesson.html. It takes what lies beside\n"
+      "a recording: NAME.scr (questions), NAME.txt (script), NAME.jpg or NAME.bmp (picture), NAME.learner.wav "
+      "(voice).\n"
+      "Sentences that the study file already holds stay; `tavimo cut` makes them anew.");
+  grammar.AddFiles(command, "Recordings, MP3 and the like too, or folders of them");
   grammar.AddDigestKind(command);
-  grammar.AddOutput(command, "The folder for the pictures (default: this one)", "FOLDER");
+  grammar.AddOutput(command, "The folder for page and pictures (default: this one)", "FOLDER");
   command
       .add_option("--learner-sentence", grammar.options.learnerSentence,
                   "The sentence that a file NAME.learner.wav beside a recording answers; 2 by itself")
