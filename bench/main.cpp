@@ -1,0 +1,169 @@
+// tavimo_bench, the engine's benchmark program: every job beside its limit, and how many are within budget. Each job runs in
+// a process of its own, so that memory and state start anew and a crash costs one line. It is no test; ./dev bench runs it.
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+
+#include "job.h"
+#include "report.h"
+
+namespace tavimo::bench {
+
+void Expect(bool holds, const char* what) {
+  if (!holds) throw std::runtime_error(what);
+}
+
+namespace {
+
+constexpr const char* kUsage =
+    "usage: ./dev bench [JOB…] [--size SHARE] [--scale] [--json] [--gross TIMES] [--list]\n"
+    "  JOB            the jobs whose names begin with it; all without one\n"
+    "  --size SHARE   inputs of a share of their size, 1 without it\n"
+    "  --scale        cost per byte at 1, 10 and 100 times a small size\n"
+    "  --json         one object for each job\n"
+    "  --gross TIMES  succeed unless a job takes that many times its budget\n";
+
+struct Settings {
+  std::vector<std::string> names;
+  double share = 1;
+  double gross = 1;
+  bool isScaled = false;
+  bool isListed = false;
+  Format format = Format::Table;
+};
+
+struct Answer {
+  Measurement measured;
+  char failure[200] = "";
+};
+static_assert(std::is_trivially_copyable_v<Answer>);
+
+Answer Measure(const Job& job, const Inputs& inputs) {
+  Answer answer;
+  try {
+    answer.measured = job.measure(inputs);
+  } catch (const std::exception& error) {
+    std::snprintf(answer.failure, sizeof answer.failure, "%s", error.what());
+  }
+  return answer;
+}
+
+Outcome Run(const Job& job, Inputs& inputs) {
+  for (const Input input : job.inputs) inputs.Make(input);
+  int ends[2];
+  if (pipe(ends) != 0) throw std::runtime_error("no pipe is to be had");
+  std::fflush(stdout);
+  const pid_t child = fork();
+  if (child == 0) {
+    const Answer answer = Measure(job, inputs);
+    _exit(write(ends[1], &answer, sizeof answer) == static_cast<ssize_t>(sizeof answer) ? 0 : 1);
+  }
+  close(ends[1]);
+  Answer answer;
+  if (read(ends[0], &answer, sizeof answer) != static_cast<ssize_t>(sizeof answer)) {
+    std::strcpy(answer.failure, "it crashed");
+  }
+  close(ends[0]);
+  waitpid(child, nullptr, 0);
+  return {&job, answer.measured, answer.failure};
+}
+
+std::vector<Job> AllJobs() {
+  std::vector<Job> all;
+  for (const auto& family : {SoundJobs(), CaptureJobs(), PageJobs(), QuestionJobs(), StartJobs()}) {
+    all.insert(all.end(), family.begin(), family.end());
+  }
+  return all;
+}
+
+std::vector<Job> ChosenJobs(const std::vector<std::string>& names) {
+  std::vector<Job> chosen;
+  for (const Job& job : AllJobs()) {
+    bool isChosen = names.empty();
+    for (const std::string& name : names) isChosen = isChosen || std::string(job.name).starts_with(name);
+    if (isChosen) chosen.push_back(job);
+  }
+  return chosen;
+}
+
+int RunAtOneSize(const std::vector<Job>& jobs, const Settings& settings) {
+  Inputs inputs(settings.share);
+  Report report(settings.format);
+  report.Begin();
+  for (const Job& job : jobs) report.Add(Run(job, inputs));
+  report.End();
+  return report.Worst() <= settings.gross ? 0 : 1;
+}
+
+int RunAtThreeSizes(const std::vector<Job>& jobs) {
+  std::map<std::string, std::vector<Outcome>> outcomes;
+  for (const double share : {0.01, 0.1, 1.0}) {
+    Inputs inputs(share);
+    for (const Job& job : jobs) {
+      if (job.growth == Growth::Proportional) outcomes[job.name].push_back(Run(job, inputs));
+    }
+  }
+  bool areWithin = true;
+  for (const Job& job : jobs) {
+    if (job.growth == Growth::Proportional) areWithin = PrintGrowth(job, outcomes[job.name]) && areWithin;
+  }
+  return areWithin ? 0 : 1;
+}
+
+Settings Parse(int argc, char** argv) {
+  Settings settings;
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    const auto number = [&] {
+      if (++i == argc || std::atof(argv[i]) <= 0) throw std::invalid_argument(word + " needs a number above 0");
+      return std::atof(argv[i]);
+    };
+    if (word == "--size") {
+      settings.share = number();
+    } else if (word == "--gross") {
+      settings.gross = number();
+    } else if (word == "--scale") {
+      settings.isScaled = true;
+    } else if (word == "--json") {
+      settings.format = Format::Json;
+    } else if (word == "--list") {
+      settings.isListed = true;
+    } else if (word.starts_with("-")) {
+      throw std::invalid_argument("unknown option " + word);
+    } else {
+      settings.names.push_back(word);
+    }
+  }
+  return settings;
+}
+
+int Main(int argc, char** argv) try {
+  const Settings settings = Parse(argc, argv);
+  const std::vector<Job> jobs = ChosenJobs(settings.names);
+  if (jobs.empty()) throw std::invalid_argument("no job of that name; --list names them");
+  if (settings.isListed) {
+    for (const Job& job : jobs) std::printf("%-22s %s\n", job.name, job.what);
+    return 0;
+  }
+  return settings.isScaled ? RunAtThreeSizes(jobs) : RunAtOneSize(jobs, settings);
+} catch (const std::invalid_argument& error) {
+  std::cerr << "tavimo_bench: " << error.what() << '\n' << kUsage;
+  return 2;
+} catch (const std::exception& error) {
+  std::cerr << "tavimo_bench: " << error.what() << '\n';
+  return 1;
+}
+
+}  // namespace
+
+}  // namespace tavimo::bench
+
+int main(int argc, char** argv) { return tavimo::bench::Main(argc, argv); }

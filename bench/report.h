@@ -1,0 +1,44 @@
+// A line for each job, and how many are within budget; for people or, as JSON, for machines.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "job.h"
+
+namespace tavimo::bench {
+
+struct Outcome {
+  const Job* job = nullptr;
+  Measurement measured;
+  std::string failure;  // why there is no measurement; empty: there is one
+};
+
+enum class Format { Table, Json };
+
+// Of jobs of a share of their size only what does not depend on it is held against the budget's seconds.
+class Report {
+ public:
+  explicit Report(Format format) : format_(format) {}
+  void Begin() const;
+  void Add(const Outcome& outcome);
+  void End() const;
+
+  // How many times the budget the worst job took; a job that failed counts as endless.
+  [[nodiscard]] double Worst() const { return worst_; }
+  [[nodiscard]] bool AllWithin() const { return within_ == jobs_; }
+
+ private:
+  Format format_;
+  int jobs_ = 0;
+  int within_ = 0;
+  double worst_ = 0;
+};
+
+// The job's cost as a share of its budget, the worst of all that it has; above 1: not within.
+[[nodiscard]] double ShareOfBudget(const Job& job, const Measurement& measured);
+
+// Costs per byte at 1, 10 and 100 times a small size. True when the largest is within 1.2 times the smallest size's.
+[[nodiscard]] bool PrintGrowth(const Job& job, const std::vector<Outcome>& sizes);
+
+}  // namespace tavimo::bench
