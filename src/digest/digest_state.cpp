@@ -3,7 +3,9 @@
 namespace tavimo::digest {
 
 namespace {
-constinit DigestState digestState;
+constinit SummaryWorkspace workerWorkspace{};
+constinit SummaryWorkspace hostWorkspace{};
+constinit DigestState digestState{{}, {}, {}, {}, {}, workerWorkspace, hostWorkspace};
 }  // namespace
 
 DigestState& State() noexcept { return digestState; }

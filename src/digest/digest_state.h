@@ -15,9 +15,10 @@ struct DigestState {
   DigestColumns digestColumns{};
   OverviewTable sourceVisualTable{};  // nothing fills it: the recording's overview shows its middle line alone
   VoiceVisualTable voiceVisualTable{};
-  // One for each thread that can summarise, so that a host that calls both makers at once gets two whole digests.
-  SummaryWorkspace workerWorkspace{};
-  SummaryWorkspace hostWorkspace{};
+  // One for each thread that can summarise, so that a host that calls both makers at once gets two whole digests. They
+  // stand apart, so that the library's file holds no empty pieces.
+  SummaryWorkspace& workerWorkspace;
+  SummaryWorkspace& hostWorkspace;
 };
 
 DigestState& State() noexcept;
