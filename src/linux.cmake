@@ -1,11 +1,13 @@
 # libtavimo.so: the engine and the host kit in one library.
 find_package(PkgConfig REQUIRED)
-pkg_check_modules(DRAWING REQUIRED IMPORTED_TARGET cairo freetype2 fontconfig)
-pkg_check_modules(SOUND_HEADERS REQUIRED libpulse)  # its headers alone: the library is loaded when sound is first used
+# Their headers alone: the libraries are loaded when a font or sound is first used.
+pkg_check_modules(DRAWING_HEADERS REQUIRED cairo freetype2 fontconfig)
+pkg_check_modules(SOUND_HEADERS REQUIRED libpulse)
 # On Linux the kit is part of the library.
 target_sources(tavimo_objects PRIVATE ${kitSources})
+target_include_directories(tavimo_objects SYSTEM PUBLIC ${DRAWING_HEADERS_INCLUDE_DIRS})
 target_include_directories(tavimo_objects SYSTEM PRIVATE ${SOUND_HEADERS_INCLUDE_DIRS})
-target_link_libraries(tavimo_objects PUBLIC PkgConfig::DRAWING Threads::Threads ${CMAKE_DL_LIBS})
+target_link_libraries(tavimo_objects PUBLIC Threads::Threads ${CMAKE_DL_LIBS})
 
 set(versionScript ${CMAKE_CURRENT_BINARY_DIR}/tavimo.map)
 set(aliasOptions ${CMAKE_CURRENT_BINARY_DIR}/tavimo.aliases)

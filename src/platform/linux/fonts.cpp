@@ -1,11 +1,6 @@
 // Implements fonts.h: Fontconfig finds the file, Cairo scales it, FreeType maps characters to glyphs.
 #include "platform/linux/fonts.h"
 
-#include <cairo/cairo-ft.h>
-#include <fontconfig/fontconfig.h>
-#include <ft2build.h>
-#include FT_FREETYPE_H
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -16,6 +11,7 @@
 #include <string_view>
 #include <tuple>
 
+#include "platform/linux/drawing_libraries.h"
 #include "platform/text.h"
 
 namespace tavimo::platform {
@@ -26,15 +22,15 @@ template <auto kDestroy>
 struct DestroyWith {
   template <class T>
   void operator()(T* object) const noexcept {
-    kDestroy(object);
+    (Drawing().*kDestroy)(object);
   }
 };
-using Pattern = std::unique_ptr<FcPattern, DestroyWith<FcPatternDestroy>>;
-using FontSet = std::unique_ptr<FcFontSet, DestroyWith<FcFontSetDestroy>>;
-using ObjectSet = std::unique_ptr<FcObjectSet, DestroyWith<FcObjectSetDestroy>>;
-using CharacterSet = std::unique_ptr<FcCharSet, DestroyWith<FcCharSetDestroy>>;
-using FontFace = std::unique_ptr<cairo_font_face_t, DestroyWith<cairo_font_face_destroy>>;
-using FontOptions = std::unique_ptr<cairo_font_options_t, DestroyWith<cairo_font_options_destroy>>;
+using Pattern = std::unique_ptr<FcPattern, DestroyWith<&DrawingLibraries::FcPatternDestroy>>;
+using FontSet = std::unique_ptr<FcFontSet, DestroyWith<&DrawingLibraries::FcFontSetDestroy>>;
+using ObjectSet = std::unique_ptr<FcObjectSet, DestroyWith<&DrawingLibraries::FcObjectSetDestroy>>;
+using CharacterSet = std::unique_ptr<FcCharSet, DestroyWith<&DrawingLibraries::FcCharSetDestroy>>;
+using FontFace = std::unique_ptr<cairo_font_face_t, DestroyWith<&DrawingLibraries::cairo_font_face_destroy>>;
+using FontOptions = std::unique_ptr<cairo_font_options_t, DestroyWith<&DrawingLibraries::cairo_font_options_destroy>>;
 
 // A font that has this one has the Chinese characters.
 constexpr FcChar32 kChineseProbe = 0x9AD8;  // 高
@@ -43,60 +39,60 @@ const FcChar8* FontconfigText(const char* text) noexcept { return reinterpret_ca
 
 // The best font for a family, which may be of another family; fonts with Chinese characters come first.
 Pattern FindBest(const char* family, int pixelHeight) {
-  const Pattern wanted(FcPatternCreate());
-  const CharacterSet characters(FcCharSetCreate());
+  const Pattern wanted(Drawing().FcPatternCreate());
+  const CharacterSet characters(Drawing().FcCharSetCreate());
   if (!wanted || !characters) return nullptr;
-  FcCharSetAddChar(characters.get(), kChineseProbe);
-  FcPatternAddString(wanted.get(), FC_FAMILY, FontconfigText(family));
-  FcPatternAddDouble(wanted.get(), FC_PIXEL_SIZE, pixelHeight);
-  FcPatternAddCharSet(wanted.get(), FC_CHARSET, characters.get());
-  FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
-  FcDefaultSubstitute(wanted.get());
+  Drawing().FcCharSetAddChar(characters.get(), kChineseProbe);
+  Drawing().FcPatternAddString(wanted.get(), FC_FAMILY, FontconfigText(family));
+  Drawing().FcPatternAddDouble(wanted.get(), FC_PIXEL_SIZE, pixelHeight);
+  Drawing().FcPatternAddCharSet(wanted.get(), FC_CHARSET, characters.get());
+  Drawing().FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+  Drawing().FcDefaultSubstitute(wanted.get());
   FcResult result = FcResultNoMatch;
-  return Pattern(FcFontMatch(nullptr, wanted.get(), &result));
+  return Pattern(Drawing().FcFontMatch(nullptr, wanted.get(), &result));
 }
 
 bool IsGenericFamily(const char* family) {
   constexpr std::array<const char*, 3> kGenericFamilies{"sans-serif", "serif", "monospace"};
   return std::any_of(kGenericFamilies.begin(), kGenericFamilies.end(), [&](const char* generic) {
-    return FcStrCmpIgnoreCase(FontconfigText(generic), FontconfigText(family)) == 0;
+    return Drawing().FcStrCmpIgnoreCase(FontconfigText(generic), FontconfigText(family)) == 0;
   });
 }
 
 // A font may have its name in several languages.
 bool IsOfFamily(const FcPattern* font, const char* family) {
   FcChar8* name = nullptr;
-  for (int i = 0; FcPatternGetString(font, FC_FAMILY, i, &name) == FcResultMatch; ++i) {
-    if (FcStrCmpIgnoreCase(name, FontconfigText(family)) == 0) return true;
+  for (int i = 0; Drawing().FcPatternGetString(font, FC_FAMILY, i, &name) == FcResultMatch; ++i) {
+    if (Drawing().FcStrCmpIgnoreCase(name, FontconfigText(family)) == 0) return true;
   }
   return false;
 }
 
 bool HasChinese(const FcPattern* font) {
   FcCharSet* characters = nullptr;
-  return FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) == FcResultMatch &&
-         FcCharSetHasChar(characters, kChineseProbe);
+  return Drawing().FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) == FcResultMatch &&
+         Drawing().FcCharSetHasChar(characters, kChineseProbe);
 }
 
 // The fonts with Chinese characters, their names alone.
 FontSet ListChinese() {
-  const Pattern wanted(FcPatternCreate());
-  const CharacterSet characters(FcCharSetCreate());
-  const ObjectSet names(FcObjectSetCreate());
+  const Pattern wanted(Drawing().FcPatternCreate());
+  const CharacterSet characters(Drawing().FcCharSetCreate());
+  const ObjectSet names(Drawing().FcObjectSetCreate());
   if (!wanted || !characters || !names) return nullptr;
-  FcCharSetAddChar(characters.get(), kChineseProbe);
-  FcPatternAddCharSet(wanted.get(), FC_CHARSET, characters.get());
-  FcObjectSetAdd(names.get(), FC_FAMILY);
-  return FontSet(FcFontList(nullptr, wanted.get(), names.get()));
+  Drawing().FcCharSetAddChar(characters.get(), kChineseProbe);
+  Drawing().FcPatternAddCharSet(wanted.get(), FC_CHARSET, characters.get());
+  Drawing().FcObjectSetAdd(names.get(), FC_FAMILY);
+  return FontSet(Drawing().FcFontList(nullptr, wanted.get(), names.get()));
 }
 
 // No antialiasing, so that a word drawn again in red covers the black one to the last pixel; advances in whole pixels,
 // because the engine adds them up as such.
 FontOptions PlainOptions() {
-  FontOptions options(cairo_font_options_create());
-  cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_NONE);
-  cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_FULL);
-  cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_ON);
+  FontOptions options(Drawing().cairo_font_options_create());
+  Drawing().cairo_font_options_set_antialias(options.get(), CAIRO_ANTIALIAS_NONE);
+  Drawing().cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_FULL);
+  Drawing().cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_ON);
   return options;
 }
 
@@ -116,10 +112,11 @@ std::vector<Cell> SplitIntoCells(std::string_view gbk) {
 
 std::string ChineseFamilies() {
   std::set<std::string> families;
+  if (LoadedDrawing() == nullptr) return {};
   const FontSet fonts = ListChinese();
   for (int font = 0; fonts && font < fonts->nfont; ++font) {
     FcChar8* name = nullptr;
-    for (int i = 0; FcPatternGetString(fonts->fonts[font], FC_FAMILY, i, &name) == FcResultMatch; ++i) {
+    for (int i = 0; Drawing().FcPatternGetString(fonts->fonts[font], FC_FAMILY, i, &name) == FcResultMatch; ++i) {
       families.insert(reinterpret_cast<const char*>(name));
     }
   }
@@ -129,31 +126,32 @@ std::string ChineseFamilies() {
 }
 
 std::unique_ptr<Font> Font::Load(const char* family, int pixelHeight) {
+  if (LoadedDrawing() == nullptr) return nullptr;
   const Pattern found = FindBest(family, pixelHeight);
   if (!found || !HasChinese(found.get())) return nullptr;
   if (!IsGenericFamily(family) && !IsOfFamily(found.get(), family)) return nullptr;
-  const FontFace face(cairo_ft_font_face_create_for_pattern(found.get()));
+  const FontFace face(Drawing().cairo_ft_font_face_create_for_pattern(found.get()));
   cairo_matrix_t size;
   cairo_matrix_t identity;
-  cairo_matrix_init_scale(&size, pixelHeight, pixelHeight);
-  cairo_matrix_init_identity(&identity);
-  Handle font(cairo_scaled_font_create(face.get(), &size, &identity, PlainOptions().get()));
-  if (cairo_scaled_font_status(font.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  Drawing().cairo_matrix_init_scale(&size, pixelHeight, pixelHeight);
+  Drawing().cairo_matrix_init_identity(&identity);
+  Handle font(Drawing().cairo_scaled_font_create(face.get(), &size, &identity, PlainOptions().get()));
+  if (Drawing().cairo_scaled_font_status(font.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
   return std::unique_ptr<Font>(new Font(std::move(font)));
 }
 
 Font::Font(Handle font) noexcept : font_(std::move(font)) {
   cairo_font_extents_t extents;
-  cairo_scaled_font_extents(font_.get(), &extents);
+  Drawing().cairo_scaled_font_extents(font_.get(), &extents);
   ascent_ = static_cast<int>(std::lround(extents.ascent));
   textHeight_ = ascent_ + static_cast<int>(std::lround(extents.descent));
 }
 
 void Font::FindGlyphs(std::span<Cell> cells) const noexcept {
-  FT_Face face = cairo_ft_scaled_font_lock_face(font_.get());
+  FT_Face face = Drawing().cairo_ft_scaled_font_lock_face(font_.get());
   if (face == nullptr) return;
-  for (Cell& cell : cells) cell.glyph = cell.character ? FT_Get_Char_Index(face, cell.character) : 0;
-  cairo_ft_scaled_font_unlock_face(font_.get());
+  for (Cell& cell : cells) cell.glyph = cell.character ? Drawing().FT_Get_Char_Index(face, cell.character) : 0;
+  Drawing().cairo_ft_scaled_font_unlock_face(font_.get());
 }
 
 // Two rounds: while the face is locked, Cairo cannot measure with it.
@@ -162,7 +160,7 @@ void Font::Measure(std::span<Cell> cells) const noexcept {
   for (Cell& cell : cells) {
     const cairo_glyph_t glyph{cell.glyph, 0, 0};
     cairo_text_extents_t extents;
-    cairo_scaled_font_glyph_extents(font_.get(), &glyph, 1, &extents);
+    Drawing().cairo_scaled_font_glyph_extents(font_.get(), &glyph, 1, &extents);
     cell.advance = static_cast<std::int32_t>(std::lround(extents.x_advance));
   }
 }

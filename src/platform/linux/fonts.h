@@ -1,8 +1,6 @@
 // Fonts for memory pictures: found by family, measured glyph by glyph in whole pixels. Nothing of the font libraries is
-// started before the first font is asked for.
+// loaded before the first font is asked for.
 #pragma once
-
-#include <cairo/cairo.h>
 
 #include <cstdint>
 #include <memory>
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "platform/drawing.h"
+#include "platform/linux/drawing_libraries.h"
 
 namespace tavimo::platform {
 
@@ -35,7 +34,7 @@ class Font {
  public:
   static constexpr int kMaxPixelHeight = 1000;
 
-  // Null when no font of that family is installed that has Chinese characters. The search would else come back with any
+  // Null when no font of that family is installed that has Chinese characters, or the font libraries are missing. The search would else come back with any
   // other font, and a page would be laid out in one that nobody chose. "sans-serif", "serif" and "monospace" stand for
   // whatever the system has.
   [[nodiscard]] static std::unique_ptr<Font> Load(const char* family, int pixelHeight);
@@ -59,7 +58,7 @@ class Font {
   void Measure(std::span<Cell> cells) const noexcept;
 
   struct Destroyer {
-    void operator()(cairo_scaled_font_t* font) const noexcept { cairo_scaled_font_destroy(font); }
+    void operator()(cairo_scaled_font_t* font) const noexcept { Drawing().cairo_scaled_font_destroy(font); }
   };
   using Handle = std::unique_ptr<cairo_scaled_font_t, Destroyer>;
   explicit Font(Handle font) noexcept;

@@ -2,12 +2,11 @@
 // files.
 #include "platform/linux/memory_dc.h"
 
-#include <cairo/cairo.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "platform/common/never_destroyed.h"
+#include "platform/linux/drawing_libraries.h"
 
 namespace tavimo::platform {
 
@@ -74,8 +73,8 @@ std::uint32_t MemoryDc::SetTextColour(std::uint32_t colour) noexcept {
 
 cairo_surface_t* MemoryDc::MakeSurface() noexcept {
   constexpr int kBytesPerPixel = 4;
-  return cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels_.data()), CAIRO_FORMAT_RGB24,
-                                             width_, height_, width_ * kBytesPerPixel);
+  return Drawing().cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels_.data()),
+                                                       CAIRO_FORMAT_RGB24, width_, height_, width_ * kBytesPerPixel);
 }
 
 void MemoryDc::PaintText(Point corner, std::string_view gbk, std::span<const std::int32_t> advances) {
@@ -101,20 +100,21 @@ void MemoryDc::PaintText(Point corner, std::string_view gbk, std::span<const std
 void MemoryDc::PaintGlyphs(std::span<const cairo_glyph_t> glyphs) noexcept {
   constexpr double kFullShade = 255;
   cairo_surface_t* surface = MakeSurface();
-  cairo_t* painter = cairo_create(surface);
-  cairo_set_source_rgb(painter, (textColour_ & 0xFF) / kFullShade, (textColour_ >> 8 & 0xFF) / kFullShade,
-                       (textColour_ >> 16) / kFullShade);
-  cairo_set_scaled_font(painter, font_->Scaled());
-  cairo_show_glyphs(painter, glyphs.data(), static_cast<int>(glyphs.size()));
-  cairo_destroy(painter);
-  cairo_surface_destroy(surface);
+  cairo_t* painter = Drawing().cairo_create(surface);
+  Drawing().cairo_set_source_rgb(painter, (textColour_ & 0xFF) / kFullShade, (textColour_ >> 8 & 0xFF) / kFullShade,
+                                 (textColour_ >> 16) / kFullShade);
+  Drawing().cairo_set_scaled_font(painter, font_->Scaled());
+  Drawing().cairo_show_glyphs(painter, glyphs.data(), static_cast<int>(glyphs.size()));
+  Drawing().cairo_destroy(painter);
+  Drawing().cairo_surface_destroy(surface);
 }
 
 bool MemoryDc::WritePng(PngWriter write, void* user) noexcept {
+  if (LoadedDrawing() == nullptr) return false;
   cairo_surface_t* surface = MakeSurface();
   PngTarget target{write, user};
-  const cairo_status_t status = cairo_surface_write_to_png_stream(surface, &PassOn, &target);
-  cairo_surface_destroy(surface);
+  const cairo_status_t status = Drawing().cairo_surface_write_to_png_stream(surface, &PassOn, &target);
+  Drawing().cairo_surface_destroy(surface);
   return status == CAIRO_STATUS_SUCCESS;
 }
 
