@@ -29,7 +29,7 @@ void MakeDigest(const char* wave) {
 void MakeDigestInWorker(const char* wave) {
   constexpr std::int32_t kDone = 1000;
   Expect(vcMakeDigestFile(wave, wave, kDigest) == 1, "vcMakeDigestFile");
-  while (vcGetMakeDigestPercentage() != kDone) std::this_thread::sleep_for(std::chrono::microseconds(100));
+  while (vcGetMakeDigestPercentage() != kDone) std::this_thread::sleep_for(std::chrono::milliseconds(2));
 }
 
 void OpenDigest() { Expect(vcOpenDigestFile(kDigest) > 0, "vcOpenDigestFile"); }
