@@ -27,10 +27,11 @@ std::intptr_t ListBox::Handle(std::uint32_t message, std::uintptr_t wparam, std:
     case TV_LB_ADDSTRING:
       return Add(PointerIn<const char>(lparam));
     case TV_LB_RESETCONTENT:
-      lines_.clear();
+      text_.clear();
+      starts_.clear();
       return 0;
     case TV_LB_GETCOUNT:
-      return static_cast<std::intptr_t>(lines_.size());
+      return static_cast<std::intptr_t>(starts_.size());
     case TV_LB_GETTEXT:
       return CopyTo(wparam, PointerIn<char>(lparam));
     case TV_LB_GETTEXTLEN:
@@ -42,19 +43,22 @@ std::intptr_t ListBox::Handle(std::uint32_t message, std::uintptr_t wparam, std:
 
 std::intptr_t ListBox::Add(const char* text) noexcept {
   return Guarded<std::intptr_t>(kListErrorSpace, [&] {
-    lines_.emplace_back(text ? text : "");
-    return static_cast<std::intptr_t>(lines_.size() - 1);
+    const char* const line = text ? text : "";
+    const std::size_t start = text_.size();
+    text_.insert(text_.end(), line, line + std::strlen(line) + 1);
+    starts_.push_back(start);
+    return static_cast<std::intptr_t>(starts_.size() - 1);
   });
 }
 
 std::intptr_t ListBox::Length(std::uintptr_t index) const noexcept {
-  return index < lines_.size() ? static_cast<std::intptr_t>(lines_[index].size()) : kListError;
+  return index < starts_.size() ? static_cast<std::intptr_t>(std::strlen(text_.data() + starts_[index])) : kListError;
 }
 
 std::intptr_t ListBox::CopyTo(std::uintptr_t index, char* text) const noexcept {
-  if (index >= lines_.size()) return kListError;
-  if (text) std::memcpy(text, lines_[index].c_str(), lines_[index].size() + 1);
-  return Length(index);
+  const std::intptr_t length = Length(index);
+  if (length >= 0 && text) std::memcpy(text, text_.data() + starts_[index], static_cast<std::size_t>(length) + 1);
+  return length;
 }
 
 std::intptr_t ProgressBar::Handle(std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept {

@@ -2,13 +2,14 @@
 // use. Nothing is drawn. Knows nothing of windows.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <string>
 #include <vector>
 
 namespace tavimo::platform {
 
-// Lines of GBK bytes, kept as they come.
+// Lines of GBK bytes, kept as they come: one behind another, each with its zero, so that a list of many thousand short
+// lines fills quickly and takes little.
 class ListBox {
  public:
   std::intptr_t Handle(std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept;
@@ -18,7 +19,8 @@ class ListBox {
   [[nodiscard]] std::intptr_t Length(std::uintptr_t index) const noexcept;
   std::intptr_t CopyTo(std::uintptr_t index, char* text) const noexcept;
 
-  std::vector<std::string> lines_;
+  std::vector<char> text_;
+  std::vector<std::size_t> starts_;  // of the lines in the text
 };
 
 class ProgressBar {

@@ -25,9 +25,9 @@ VcWindow WindowTable::Add(std::unique_ptr<Window> window) {
   return reinterpret_cast<VcWindow>(windows_.Add(std::move(window)));
 }
 
-Window* WindowTable::Find(VcWindow window) const noexcept {
+bool WindowTable::Contains(VcWindow window) const noexcept {
   const std::lock_guard lock(mutex_);
-  return windows_.Find(ValueOf(window));
+  return windows_.Find(ValueOf(window)) != nullptr;
 }
 
 bool WindowTable::HasTitle(const std::string& foldedTitle) const {

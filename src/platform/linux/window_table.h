@@ -30,21 +30,23 @@ struct Window {
   ProgressBar progressBar;
 };
 
-// Find and Contains may be called from any thread. The user-interface thread alone adds, removes and looks into windows,
-// so that what Find gave it stays until it removes the window itself.
+// The user-interface thread alone adds, removes and finds windows, so that what Find gave it stays until it removes the
+// window itself, and finding one for each message takes no lock. Contains may be called from any thread.
 class WindowTable {
  public:
   // Null when there are too many windows. May throw std::bad_alloc; nothing has changed then.
   VcWindow Add(std::unique_ptr<Window> window);
-  [[nodiscard]] Window* Find(VcWindow window) const noexcept;
-  [[nodiscard]] bool Contains(VcWindow window) const noexcept { return Find(window) != nullptr; }
+  [[nodiscard]] Window* Find(VcWindow window) const noexcept {
+    return windows_.Find(reinterpret_cast<std::uintptr_t>(window));
+  }
+  [[nodiscard]] bool Contains(VcWindow window) const noexcept;
   [[nodiscard]] bool HasTitle(const std::string& foldedTitle) const;
 
   // What remains of the window, to be destroyed by the caller.
   std::unique_ptr<Window> Remove(VcWindow window) noexcept;
 
  private:
-  mutable std::mutex mutex_;
+  mutable std::mutex mutex_;  // of the user-interface thread's changes and the other threads' looks
   HandleTable<Window, HandleKind::Window> windows_;
 };
 

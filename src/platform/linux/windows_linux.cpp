@@ -45,6 +45,19 @@ void WriteBoxToStandardError(const char* text, const char* caption) {
   std::fputs(line.c_str(), stderr);
 }
 
+std::intptr_t HandleByKind(Window& window, std::uint32_t message, std::uintptr_t wparam,
+                           std::intptr_t lparam) noexcept {
+  switch (window.kind) {
+    case WindowKind::ListBox:
+      return window.listBox.Handle(message, wparam, lparam);
+    case WindowKind::ProgressBar:
+      return window.progressBar.Handle(message, wparam, lparam);
+    case WindowKind::Plain:
+      break;
+  }
+  return 0;
+}
+
 }  // namespace
 
 Desktop& TheDesktop() noexcept { return NeverDestroyed<Desktop>(); }
@@ -52,16 +65,7 @@ Desktop& TheDesktop() noexcept { return NeverDestroyed<Desktop>(); }
 std::intptr_t VC_CALL DefaultWindowProc(VcWindow window, std::uint32_t message, std::uintptr_t wparam,
                                         std::intptr_t lparam) noexcept {
   Window* found = TheDesktop().windows.Find(window);
-  if (!found) return 0;
-  switch (found->kind) {
-    case WindowKind::ListBox:
-      return found->listBox.Handle(message, wparam, lparam);
-    case WindowKind::ProgressBar:
-      return found->progressBar.Handle(message, wparam, lparam);
-    case WindowKind::Plain:
-      break;
-  }
-  return 0;
+  return found ? HandleByKind(*found, message, wparam, lparam) : 0;
 }
 
 int DispatchMessages(int timeoutMs) noexcept {
@@ -76,7 +80,11 @@ int DispatchMessages(int timeoutMs) noexcept {
 
 std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam,
                            std::intptr_t lparam) noexcept {
-  return CallProc(GetWindowProc(window), window, message, wparam, lparam);
+  Window* found = TheDesktop().windows.Find(window);
+  if (!found) return 0;
+  // The kind's own procedure would look the window up once more: a list is filled with a message for each line.
+  if (found->procedure == &DefaultWindowProc) return HandleByKind(*found, message, wparam, lparam);
+  return found->procedure(window, message, wparam, lparam);
 }
 
 bool PostToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept {
