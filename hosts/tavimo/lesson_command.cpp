@@ -17,6 +17,7 @@
 #include "script_pages.h"
 #include "sentence_finder.h"
 #include "sentence_table.h"
+#include "stopwatch.h"
 #include "system.h"
 #include "tape_recovery.h"
 #include "text.h"
@@ -135,18 +136,21 @@ struct Opened {
 };
 
 // What one program makes the other ones find.
-Opened OpenLesson(const Options& options, LessonSession& session) {
+Opened OpenLesson(const Options& options, LessonSession& session, Stopwatch& stopwatch) {
   const LessonLock lock("lesson.lock", kChangingElsewhere, WhenHeld::Wait);
   Digest digest = OpenDigest(session, options.digestKind);
+  stopwatch.End("digest");
   Sentences sentences = LoadOrCut(session, digest);
+  stopwatch.End("cut");
   return {std::move(digest), std::move(sentences)};
 }
 
 // The part of the road that needs the recording open. False when some of it could not be done.
 bool TakeRecording(const Options& options, const fs::path& file, std::set<fs::path>& taken,
-                   std::optional<LessonPage>& page) {
+                   std::optional<LessonPage>& page, Stopwatch& stopwatch) {
   LessonSession session(options.home, file);
-  const auto [digest, sentences] = OpenLesson(options, session);
+  stopwatch.End("open");
+  const auto [digest, sentences] = OpenLesson(options, session, stopwatch);
   PrintTable(std::cout, session, sentences.startsMs, sentences.origin);
   PictureRequest request;
   request.recordingMs = static_cast<std::int64_t>(digest.levels.size()) * kLevelMs;
@@ -155,6 +159,7 @@ bool TakeRecording(const Options& options, const fs::path& file, std::set<fs::pa
   const fs::path picture = PictureFile(options.output, session.Recording(), "-wave", taken);
   SaveWavePicture(request, picture);
   std::cout << "picture: " << Readable(picture) << '\n';
+  stopwatch.End("picture");
   bool isWhole = AddTakeOfLearner(options, session, digest, taken);
   page.emplace(session, digest.levels, SentencesOfPage(sentences));
   (void)session.LoadStudyFile();
@@ -170,13 +175,15 @@ fs::path PageFile(const Options& options, const fs::path& recording, std::size_t
   return OutputFile(options.output, recording, "-lesson", ".html", taken);
 }
 
-bool TakeLesson(const Options& options, const fs::path& file, const fs::path& pageFile, std::set<fs::path>& taken) {
+bool TakeLesson(const Options& options, const fs::path& file, const fs::path& pageFile, std::set<fs::path>& taken,
+                Stopwatch& stopwatch) {
   std::optional<LessonPage> page;
-  const bool isRecordingDone = TakeRecording(options, file, taken, page);
+  const bool isRecordingDone = TakeRecording(options, file, taken, page, stopwatch);
   StopIfInterrupted();
   const bool isScriptDone = AddScript(options, file, *page);
   page->Save(pageFile);
   std::cout << "page: " << Readable(pageFile) << '\n';
+  stopwatch.End("page");
   return isRecordingDone && isScriptDone;
 }
 
@@ -192,17 +199,19 @@ std::vector<LessonRecording> AllRecordings(const std::vector<fs::path>& names) {
 }  // namespace
 
 int RunLesson(const Options& options) {
+  Stopwatch stopwatch(options.isTimed ? Stopwatch::Printing::On : Stopwatch::Printing::Off);
   RecoverAtStart(options.home);
   int exitCode = kDone;
   std::set<fs::path> taken;
   const std::vector<LessonRecording> lessons = AllRecordings(options.files);
+  stopwatch.End("start");
   for (const LessonRecording& lesson : lessons) {
     StopIfInterrupted();
     bool isWhole = false;
     const bool isDone = TryPart(lesson.file, [&] {
       if (!lesson.problem.empty()) throw Refusal(lesson.problem);
       const fs::path page = PageFile(options, lesson.file, lessons.size(), taken);
-      isWhole = TakeLesson(options, lesson.file, page, taken);
+      isWhole = TakeLesson(options, lesson.file, page, taken, stopwatch);
     });
     if (!isDone || !isWhole) exitCode = kRefused;
   }

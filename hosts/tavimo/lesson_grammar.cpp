@@ -73,6 +73,7 @@ void AddLesson(Grammar& grammar) {
                   "The sentence that a file NAME.learner.wav beside a recording answers; 2 by itself")
       ->check(NumberCheck())
       ->type_name("N");
+  command.add_flag("--timing", grammar.options.isTimed, "Tell on standard error how long each stage took");
 }
 
 }  // namespace

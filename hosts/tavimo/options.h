@@ -68,6 +68,7 @@ struct Options {
   bool append = false;
   bool force = false;
   bool isTraced = false;
+  bool isTimed = false;
   bool isSilent = false;
   bool onlyWrong = false;
 };
