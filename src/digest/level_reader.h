@@ -36,7 +36,7 @@ class LevelReader {
       const std::span<const std::uint8_t> ready = Ready();
       if (ready.empty()) return false;
       const auto taken = static_cast<std::size_t>(std::min(levelCount, static_cast<std::int64_t>(ready.size())));
-      sum = std::accumulate(ready.begin(), ready.begin() + static_cast<std::ptrdiff_t>(taken), sum);
+      sum += std::accumulate(ready.begin(), ready.begin() + static_cast<std::ptrdiff_t>(taken), std::uint32_t{0});
       Skip(taken);
       levelCount -= static_cast<std::int64_t>(taken);
     }

@@ -82,20 +82,43 @@ void PaintSteps(std::uint32_t* pixels, Range steps, const Axis& major, const Axi
   }
 }
 
-}  // namespace
+// A waveform is a thousand lines along an axis: their pixels are a range, and nothing needs to be worked out for each.
+void PaintAlongAxis(std::uint32_t* pixels, const Axis& axis, std::uint32_t value) noexcept {
+  Range steps = StepsInside(axis);
+  steps.end = std::min(steps.end, axis.length);
+  if (steps.first >= steps.end) return;
+  const std::int64_t stride = axis.direction * axis.stride;
+  std::uint32_t* pixel = pixels + (axis.start * axis.stride + steps.first * stride);
+  for (std::int64_t step = steps.first; step < steps.end; ++step, pixel += stride) *pixel = value;
+}
 
-void PaintLine(const Picture& picture, Point from, Point to, std::uint32_t value) noexcept {
-  const Axis x = MakeAxis(from.x, to.x, picture.width, 1);
-  const Axis y = MakeAxis(from.y, to.y, picture.height, picture.width);
-  const Axis& major = x.length > y.length ? x : y;
-  const Axis& minor = x.length > y.length ? y : x;
+// Any line. REQUIRES: picture and axes are of the same line.
+void PaintSlanted(std::uint32_t* pixels, const Axis& major, const Axis& minor, std::uint32_t value) noexcept {
   Range steps = StepsInside(major);
   steps.end = std::min(steps.end, major.length);
   if (steps.first >= steps.end) return;
   const Range minorSteps = StepsInside(minor);
   const Range inside{FirstReaching(minorSteps.first, steps, major, minor),
                      FirstReaching(minorSteps.end, steps, major, minor)};
-  if (inside.first < inside.end) PaintSteps(picture.pixels, inside, major, minor, value);
+  if (inside.first < inside.end) PaintSteps(pixels, inside, major, minor, value);
+}
+
+}  // namespace
+
+void PaintLine(const Picture& picture, Point from, Point to, std::uint32_t value) noexcept {
+  const Axis x = MakeAxis(from.x, to.x, picture.width, 1);
+  const Axis y = MakeAxis(from.y, to.y, picture.height, picture.width);
+  if (x.length == 0) {
+    if (from.x >= 0 && from.x < picture.width) PaintAlongAxis(picture.pixels + from.x, y, value);
+  } else if (y.length == 0) {
+    if (from.y >= 0 && from.y < picture.height) {
+      PaintAlongAxis(picture.pixels + std::int64_t{from.y} * picture.width, x, value);
+    }
+  } else if (x.length > y.length) {
+    PaintSlanted(picture.pixels, x, y, value);
+  } else {
+    PaintSlanted(picture.pixels, y, x, value);
+  }
 }
 
 }  // namespace tavimo::platform
