@@ -305,6 +305,22 @@ TEST_F(TextMeasureTest, PaintsTheSamePixelsWhereverTheyAreSeen) {
   EXPECT_EQ(RowsOf(small), before);
 }
 
+// Two characters 4096 apart, which glyphs that are kept must not mix up.
+TEST_F(TextMeasureTest, PaintsACharacterAlikeWhateverWasPaintedBefore) {
+  const std::int32_t kAdvances[] = {8, 8};
+  const Dc together(20, 20);
+  ASSERT_EQ(tvSelectFont(together, "WenQuanYi Zen Hei", 16), 0);
+  for (const char* character : {"\xB6\xA1", "\xB1\xD2", "\xB6\xA1"}) {
+    const Dc alone(20, 20);
+    ASSERT_EQ(tvSelectFont(alone, "WenQuanYi Zen Hei", 16), 0);
+    tvFill(together, 0, 0, 20, 20, 0xFFFFFF);
+    platform::PaintText(together, 0, 0, character, kAdvances);
+    platform::PaintText(alone, 0, 0, character, kAdvances);
+    EXPECT_EQ(RowsOf(together), RowsOf(alone));
+    EXPECT_NE(RowsOf(alone), Rows(20, std::string(20, '.')));
+  }
+}
+
 TEST_F(TextMeasureTest, ListsTheFontsThatCanBeSelected) {
   std::vector<char> names(1 << 16);
   const int size = tvListFonts(names.data(), static_cast<int>(names.size()));

@@ -147,11 +147,20 @@ Font::Font(Handle font) noexcept : font_(std::move(font)) {
   textHeight_ = ascent_ + static_cast<int>(std::lround(extents.descent));
 }
 
+// The rule: glyph = FT_Get_Char_Index(face, character), which searches the font's tables anew for each character. The face
+// is locked only when there is a character that was not asked for before.
 void Font::FindGlyphs(std::span<Cell> cells) const noexcept {
-  FT_Face face = Drawing().cairo_ft_scaled_font_lock_face(font_.get());
-  if (face == nullptr) return;
-  for (Cell& cell : cells) cell.glyph = cell.character ? Drawing().FT_Get_Char_Index(face, cell.character) : 0;
-  Drawing().cairo_ft_scaled_font_unlock_face(font_.get());
+  FT_Face face = nullptr;
+  for (Cell& cell : cells) {
+    KnownGlyph& known = knownGlyphs_[cell.character % knownGlyphs_.size()];
+    if (known.character != cell.character) {
+      if (face == nullptr) face = Drawing().cairo_ft_scaled_font_lock_face(font_.get());
+      if (face == nullptr) return;
+      known = {cell.character, cell.character ? Drawing().FT_Get_Char_Index(face, cell.character) : 0};
+    }
+    cell.glyph = known.glyph;
+  }
+  if (face != nullptr) Drawing().cairo_ft_scaled_font_unlock_face(font_.get());
 }
 
 // Two rounds: while the face is locked, Cairo cannot measure with it.

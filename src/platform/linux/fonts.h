@@ -2,6 +2,7 @@
 // loaded before the first font is asked for.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -67,6 +68,12 @@ class Font {
   int ascent_ = 0;
   int textHeight_ = 0;
   mutable std::optional<ByteAdvances> advancesOfBytes_;
+
+  struct KnownGlyph {
+    char32_t character = 0;
+    unsigned long glyph = 0;
+  };
+  mutable std::array<KnownGlyph, 4096> knownGlyphs_{};  // by the character's last 12 bits; a page has about a thousand
 };
 
 }  // namespace tavimo::platform
