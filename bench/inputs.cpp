@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kSpeechRate = 22050;
+constexpr int kSampleBytes = 2;
 constexpr std::size_t kSpeechSeconds = 60;
 
 constexpr std::array<const char*, 6> kSentences{"Good morning, everyone, and welcome to the first lesson.",
@@ -50,8 +51,8 @@ void PutNumber(std::string& header, std::uint32_t value, int byteCount) {
   for (int i = 0; i < byteCount; ++i) header += static_cast<char>(value >> (8 * i) & 0xFF);
 }
 
-std::string WaveHeader(std::uint32_t soundBytes, int channels, int bitsPerSample, int sampleRate) {
-  const int frameBytes = channels * bitsPerSample / 8;
+std::string WaveHeader(std::uint32_t soundBytes, int channels, int sampleRate) {
+  const int frameBytes = channels * kSampleBytes;
   std::string header = "RIFF";
   PutNumber(header, soundBytes + 36, 4);
   header += "WAVEfmt ";
@@ -61,18 +62,10 @@ std::string WaveHeader(std::uint32_t soundBytes, int channels, int bitsPerSample
   PutNumber(header, static_cast<std::uint32_t>(sampleRate), 4);
   PutNumber(header, static_cast<std::uint32_t>(sampleRate * frameBytes), 4);
   PutNumber(header, static_cast<std::uint32_t>(frameBytes), 2);
-  PutNumber(header, static_cast<std::uint32_t>(bitsPerSample), 2);
+  PutNumber(header, 8 * kSampleBytes, 2);
   header += "data";
   PutNumber(header, soundBytes, 4);
   return header;
-}
-
-void PutSample(std::string& sound, std::int16_t sample, int bitsPerSample) {
-  if (bitsPerSample == 8) {
-    sound += static_cast<char>((sample >> 8) + 128);
-  } else {
-    PutNumber(sound, static_cast<std::uint16_t>(sample), 2);
-  }
 }
 
 }  // namespace
@@ -97,11 +90,9 @@ void Inputs::Make(Input input) {
   constexpr double kTextBytes = 10e6;
   switch (input) {
     case Input::Hour:
-      return MakeWave(kHour, kHourSeconds * share_, 1, 16, kSpeechRate);
+      return MakeWave(kHour, kHourSeconds * share_, 1, kSpeechRate);
     case Input::StereoHour:
-      return MakeWave(kStereoHour, kHourSeconds * share_, 2, 16, 2 * kSpeechRate);
-    case Input::TenMinutes:
-      return MakeWave(kTenMinutes, kHourSeconds / 6 * share_, 1, 8, kSpeechRate / 2);
+      return MakeWave(kStereoHour, kHourSeconds * share_, 2, 2 * kSpeechRate);
     case Input::Script:
       if (!fs::exists(kScript)) WriteScript(kScript, static_cast<std::int64_t>(kTextBytes * share_));
       return;
@@ -124,19 +115,20 @@ void Inputs::MakeSpeech() {
 }
 
 // Other rates come of leaving out or repeating samples; the second channel lags behind the first.
-void Inputs::MakeWave(const char* name, double seconds, int channels, int bitsPerSample, int sampleRate) {
+void Inputs::MakeWave(const char* name, double seconds, int channels, int sampleRate) {
   constexpr std::size_t kPieceBytes = 1 << 20;
   constexpr std::size_t kLag = 11;
   if (fs::exists(name)) return;
   if (speech_.empty()) MakeSpeech();
   const auto frameCount = static_cast<std::size_t>(seconds * sampleRate);
-  const auto soundBytes = frameCount * static_cast<std::size_t>(channels * bitsPerSample / 8);
+  const auto soundBytes = frameCount * static_cast<std::size_t>(channels * kSampleBytes);
   std::ofstream out(name, std::ios::binary);
-  std::string piece = WaveHeader(static_cast<std::uint32_t>(soundBytes), channels, bitsPerSample, sampleRate);
+  std::string piece = WaveHeader(static_cast<std::uint32_t>(soundBytes), channels, sampleRate);
   for (std::size_t frame = 0; frame < frameCount; ++frame) {
     const std::size_t at = frame * kSpeechRate / static_cast<std::size_t>(sampleRate);
-    PutSample(piece, speech_[at % speech_.size()], bitsPerSample);
-    if (channels == 2) PutSample(piece, speech_[(at + kLag) % speech_.size()], bitsPerSample);
+    PutNumber(piece, static_cast<std::uint16_t>(speech_[at % speech_.size()]), kSampleBytes);
+    if (channels == 2)
+      PutNumber(piece, static_cast<std::uint16_t>(speech_[(at + kLag) % speech_.size()]), kSampleBytes);
     if (piece.size() < kPieceBytes && frame + 1 < frameCount) continue;
     out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
     piece.clear();

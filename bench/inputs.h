@@ -12,7 +12,6 @@ namespace tavimo::bench {
 enum class Input {
   Hour,        // hour.wav: one hour, 16 bits, mono, 22050 Hz
   StereoHour,  // stereo.wav: one hour, 16 bits, stereo, 44100 Hz
-  TenMinutes,  // ten.wav: ten minutes, 8 bits, mono, 11025 Hz
   Script,      // script.txt: 10 MB of GBK text, lines ended by CR LF
   Questions,   // questions.scr: 10 MB, about 60,000 records, and questions.zud, a study file of as many sentences
 };
@@ -32,7 +31,7 @@ class Inputs {
 
  private:
   void MakeSpeech();
-  void MakeWave(const char* name, double seconds, int channels, int bitsPerSample, int sampleRate);
+  void MakeWave(const char* name, double seconds, int channels, int sampleRate);
 
   double share_;
   std::filesystem::path folder_;
@@ -42,7 +41,6 @@ class Inputs {
 
 inline constexpr const char* kHour = "hour.wav";
 inline constexpr const char* kStereoHour = "stereo.wav";
-inline constexpr const char* kTenMinutes = "ten.wav";
 inline constexpr const char* kScript = "script.txt";
 inline constexpr const char* kQuestions = "questions.scr";
 inline constexpr const char* kQuestionStudy = "questions.zud";
