@@ -112,9 +112,9 @@ void VC_CALL vcFillSentenceList(VcWindow list_box) noexcept {
   constexpr std::uint32_t kAddLine = 0x180;  // LB_ADDSTRING
   exercises::RecordReader reader(State().questionIndex);
   exercises::QuestionRecord record;
-  exercises::ListLine room;
+  exercises::ListLines lines;
   while (reader.Next(record)) {
-    const char* line = exercises::LineOf(record, room);
+    const char* line = lines.LineOf(record);
     if (line != nullptr) platform::SendToWindow(list_box, kAddLine, 0, reinterpret_cast<std::intptr_t>(line));
   }
 }

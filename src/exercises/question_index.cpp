@@ -5,16 +5,11 @@
 
 namespace tavimo::exercises {
 
-bool RecordReader::Next(QuestionRecord& record) noexcept {
-  if (end_ - next_ < kQuestionRecordBytes) {
-    const std::int64_t got = index_.Read(piece_.data(), static_cast<std::int64_t>(piece_.size()));
-    next_ = 0;
-    end_ = static_cast<std::size_t>(std::max<std::int64_t>(got, 0));
-    if (end_ < kQuestionRecordBytes) return false;
-  }
-  record = ReadQuestionRecord(piece_.data() + next_);
-  next_ += kQuestionRecordBytes;
-  return true;
+bool RecordReader::Refill() noexcept {
+  const std::int64_t got = index_.Read(piece_.data(), static_cast<std::int64_t>(piece_.size()));
+  next_ = 0;
+  end_ = static_cast<std::size_t>(std::max<std::int64_t>(got, 0));
+  return end_ >= kQuestionRecordBytes;
 }
 
 bool ReadRecordAt(platform::FileStream& index, std::int32_t recordIndex, QuestionRecord& record) noexcept {

@@ -19,11 +19,18 @@ class RecordReader {
   }
 
   // False when there is no whole record any more.
-  [[nodiscard]] bool Next(QuestionRecord& record) noexcept;
+  [[nodiscard]] bool Next(QuestionRecord& record) noexcept {
+    if (end_ - next_ < kQuestionRecordBytes && !Refill()) return false;
+    record = ReadQuestionRecord(piece_.data() + next_);
+    next_ += kQuestionRecordBytes;
+    return true;
+  }
 
  private:
+  bool Refill() noexcept;
+
   platform::FileStream& index_;
-  std::array<std::uint8_t, 315 * kQuestionRecordBytes> piece_;  // about 16 KiB
+  std::array<std::uint8_t, 1260 * kQuestionRecordBytes> piece_;  // just below 64 KiB
   std::size_t next_ = 0;
   std::size_t end_ = 0;
 };

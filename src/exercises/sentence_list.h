@@ -2,14 +2,23 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 
 #include "exercises/question_record.h"
 
 namespace tavimo::exercises {
 
-using ListLine = std::array<char, 24>;
+class ListLines {
+ public:
+  // GBK, zero-terminated, valid until the next call; null for a type that is not listed.
+  [[nodiscard]] const char* LineOf(const QuestionRecord& record) noexcept;
 
-// GBK, zero-terminated; null for a type that is not listed. The text may stand in room.
-[[nodiscard]] const char* LineOf(const QuestionRecord& record, ListLine& room) noexcept;
+ private:
+  void PutNumber(std::int32_t number) noexcept;
+
+  std::array<char, 24> room_{'N', 'o', '.'};
+  std::int32_t number_ = -1;  // in the room; negative: none that counting on may begin with
+  char* lastDigit_ = nullptr;
+};
 
 }  // namespace tavimo::exercises

@@ -3,7 +3,10 @@
 #include <cstdlib>
 #include <string>
 
+#include <random>
+
 #include "exercises/question_files.h"
+#include "exercises/sentence_list.h"
 #include "platform/gbk_literal.h"
 #include "support/message_boxes.h"
 
@@ -248,6 +251,22 @@ TEST_F(QuestionBank, ReadsTitlesFromTheProfile) {
   EXPECT_EQ(title("unit1", 2), none);
   EXPECT_EQ(title(nullptr, 1), none);
   EXPECT_EQ(vcGetArticleTitle("unit1", 1, nullptr), 0);
+}
+
+TEST(QuestionList, NumbersItemsInWhateverOrder) {
+  std::mt19937 random(7);
+  exercises::ListLines lines;
+  exercises::QuestionRecord record;
+  for (int i = 0; i < 20000; ++i) {
+    record.type = random() % 50 == 0 ? exercises::kPassage : exercises::kQuestion;
+    const bool isNext = random() % 20 != 0;
+    const auto jump = static_cast<std::uint32_t>(random() % 2 == 0 ? random() : 0xFFFFFFF0 + random() % 32);
+    record.ordinal = static_cast<std::int32_t>(isNext ? static_cast<std::uint32_t>(record.ordinal) + 1 : jump);
+    const std::string line = lines.LineOf(record);
+    if (record.type == exercises::kPassage) continue;
+    const auto number = static_cast<std::int32_t>(static_cast<std::uint32_t>(record.ordinal) + 1);
+    ASSERT_EQ(line, "No." + std::to_string(number));
+  }
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ std::intptr_t ListBox::Handle(std::uint32_t message, std::uintptr_t wparam, std:
     case TV_LB_ADDSTRING:
       return Add(PointerIn<const char>(lparam));
     case TV_LB_RESETCONTENT:
-      text_.clear();
+      end_ = 0;
       starts_.clear();
       return 0;
     case TV_LB_GETCOUNT:
@@ -44,11 +44,18 @@ std::intptr_t ListBox::Handle(std::uint32_t message, std::uintptr_t wparam, std:
 std::intptr_t ListBox::Add(const char* text) noexcept {
   return Guarded<std::intptr_t>(kListErrorSpace, [&] {
     const char* const line = text ? text : "";
-    const std::size_t start = text_.size();
-    text_.insert(text_.end(), line, line + std::strlen(line) + 1);
-    starts_.push_back(start);
+    const std::size_t byteCount = std::strlen(line) + 1;
+    if (text_.size() - end_ < byteCount) MakeRoom(byteCount);
+    starts_.push_back(end_);
+    std::memcpy(text_.data() + end_, line, byteCount);
+    end_ += byteCount;
     return static_cast<std::intptr_t>(starts_.size() - 1);
   });
+}
+
+void ListBox::MakeRoom(std::size_t byteCount) {
+  constexpr std::size_t kLeastRoom = 1024;
+  text_.resize(std::max({2 * text_.size(), end_ + byteCount, kLeastRoom}));
 }
 
 std::intptr_t ListBox::Length(std::uintptr_t index) const noexcept {

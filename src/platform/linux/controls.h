@@ -19,7 +19,10 @@ class ListBox {
   [[nodiscard]] std::intptr_t Length(std::uintptr_t index) const noexcept;
   std::intptr_t CopyTo(std::uintptr_t index, char* text) const noexcept;
 
-  std::vector<char> text_;
+  void MakeRoom(std::size_t byteCount);
+
+  std::vector<char> text_;  // with room behind its end
+  std::size_t end_ = 0;
   std::vector<std::size_t> starts_;  // of the lines in the text
 };
 
