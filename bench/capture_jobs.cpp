@@ -34,8 +34,8 @@ class Recording {
     vcCloseWaveFile(3);
   }
 
-  // The time from a block's message to the end of its handler: the device fills it before, and what the handler posts is
-  // dispatched after.
+  // The time from a block's message to the end of its handler: the device fills it before, and what the handler posts
+  // is dispatched after.
   double HandleBlock(const std::vector<std::uint8_t>& block) {
     Expect(tvFeedWaveInput(block.data(), kBlockBytes) == kBlockBytes, "tvFeedWaveInput");
     const double seconds = SecondsOf([] { tvDispatchMessages(0); });

@@ -1,4 +1,5 @@
-// The limit of drawing a page: the same characters as glyphs in their places, shown by the drawing library at one stroke.
+// The limit of drawing a page: the same characters as glyphs in their places, shown by the drawing library at one
+// stroke.
 #pragma once
 
 #include <cairo/cairo.h>
@@ -18,7 +19,8 @@ class GlyphPage {
   GlyphPage& operator=(const GlyphPage&) = delete;
   ~GlyphPage();
 
-  // Puts the text's characters in place, lines of lineHeight pixels filled by the advances of bytes. Returns how many lines.
+  // Puts the text's characters in place, lines of lineHeight pixels filled by the advances of bytes. Returns how many
+  // lines.
   int Place(std::string_view gbk, std::span<const std::int32_t, 256> advances, int lineHeight);
   void Draw();
 

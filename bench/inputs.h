@@ -1,5 +1,6 @@
-// The files the jobs read, made anew for each run from a fixed seed: speech from espeak-ng with pauses, tiled; a script of
-// English and Chinese; a question script. They lie in a temporary folder, in memory where there is one, that goes away.
+// The files the jobs read, made anew for each run from a fixed seed: speech from espeak-ng with pauses, tiled; a script
+// of English and Chinese; a question script. They lie in a temporary folder, in memory where there is one, that goes
+// away.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,6 @@
-// tavimo_bench, the engine's benchmark program: every job beside its limit, and how many are within budget. Each job runs in
-// a process of its own, so that memory and state start anew and a crash costs one line. It is no test; ./dev bench runs it.
+// tavimo_bench, the engine's benchmark program: every job beside its limit, and how many are within budget. Each job
+// runs in a process of its own, so that memory and state start anew and a crash costs one line. It is no test; ./dev
+// bench runs it.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -27,7 +28,7 @@ constexpr const char* kUsage =
     "usage: ./dev bench [JOB…] [--size SHARE] [--scale] [--json] [--gross TIMES] [--list]\n"
     "  JOB            the jobs whose names begin with it; all without one\n"
     "  --size SHARE   inputs of a share of their size, 1 without it\n"
-    "  --scale        cost per byte at 1, 10 and 100 times a small size\n"
+    "  --scale        time, cost per byte and times the limit at 1, 10 and 100 times a small size\n"
     "  --json         one object for each job\n"
     "  --gross TIMES  succeed unless a job takes that many times its budget\n";
 

@@ -1,5 +1,5 @@
-// Stopwatch, medians and peak memory: how a job is measured against its limit, the same bytes moved with next to no work.
-// Both take turns in one process, so that a busy machine slows both. What the jobs are is not known here.
+// Stopwatch, medians and peak memory: how a job is measured against its limit, the same bytes moved with next to no
+// work. Both take turns in one process, so that a busy machine slows both. What the jobs are is not known here.
 #pragma once
 
 #include <cstdint>
@@ -31,8 +31,8 @@ struct Contest {
 // For work of a millisecond and more: job and limit by turns, five rounds at least.
 [[nodiscard]] Measurement MeasureBulk(const Contest& contest);
 
-// For work of microseconds: through Google Benchmark, repetitions of both in random order. prepare is not used. Once in a
-// process.
+// For work of microseconds: through Google Benchmark, repetitions of both in random order. prepare is not used. Once in
+// a process.
 [[nodiscard]] Measurement MeasureSmall(const Contest& contest);
 
 // The most resident memory while work runs, beyond what there was before.

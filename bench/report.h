@@ -16,7 +16,6 @@ struct Outcome {
 
 enum class Format { Table, Json };
 
-// Of jobs of a share of their size only what does not depend on it is held against the budget's seconds.
 class Report {
  public:
   explicit Report(Format format) : format_(format) {}
@@ -38,7 +37,9 @@ class Report {
 // The job's cost as a share of its budget, the worst of all that it has; above 1: not within.
 [[nodiscard]] double ShareOfBudget(const Job& job, const Measurement& measured);
 
-// Costs per byte at 1, 10 and 100 times a small size. True when the largest is within 1.2 times the smallest size's.
+// Costs at 1, 10 and 100 times a small size: the time, per byte, and beside the limit, whose own cost per byte grows as
+// the input leaves the processor's caches. True when the largest costs at most 1.2 times as much beside its limit as
+// the smallest.
 [[nodiscard]] bool PrintGrowth(const Job& job, const std::vector<Outcome>& sizes);
 
 }  // namespace tavimo::bench

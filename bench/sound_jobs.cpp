@@ -169,8 +169,8 @@ std::vector<std::uint32_t> StartsOfHour() {
   return starts;
 }
 
-// The first sentence stays, the second goes, and so on. The limit's copy takes the recording's place too: whoever replaces
-// a file waits for the system to give the old one's room back.
+// The first sentence stays, the second goes, and so on. The limit's copy takes the recording's place too: whoever
+// replaces a file waits for the system to give the old one's room back.
 Measurement MeasureDelete(const Inputs&) {
   constexpr std::int64_t kBytesPerMs10 = 441;  // 44.1 bytes a millisecond
   constexpr const char* kRecording = "edited.wav";

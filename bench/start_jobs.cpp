@@ -1,5 +1,5 @@
-// Programs and libraries as they start: the engine loaded, the program's version, a lesson of an hour opened. Each run is a
-// process; what starting one costs is told apart.
+// Programs and libraries as they start: the engine loaded, the program's version, a lesson of an hour opened. Each run
+// is a process; what starting one costs is told apart.
 #include <fcntl.h>
 #include <stdio.h>
 #include <sys/wait.h>

@@ -1,5 +1,5 @@
-// The stages of a command on standard error, each with its time and the time since the program began (--timing). The time
-// that the system takes to load the program comes before and is not counted.
+// The stages of a command on standard error, each with its time and the time since the program began (--timing). The
+// time that the system takes to load the program comes before and is not counted.
 #pragma once
 
 #include <chrono>

@@ -1,6 +1,6 @@
-// The libraries that find, scale and paint fonts, loaded when a font or a picture file is first asked for: most programs
-// draw no text, and loading these takes many times as long as loading the engine. One list names the functions that are
-// used.
+// The libraries that find, scale and paint fonts, loaded when a font or a picture file is first asked for: most
+// programs draw no text, and loading these takes many times as long as loading the engine. One list names the functions
+// that are used.
 #pragma once
 
 #include <cairo/cairo-ft.h>

@@ -147,8 +147,8 @@ Font::Font(Handle font) noexcept : font_(std::move(font)) {
   textHeight_ = ascent_ + static_cast<int>(std::lround(extents.descent));
 }
 
-// The rule: glyph = FT_Get_Char_Index(face, character), which searches the font's tables anew for each character. The face
-// is locked only when there is a character that was not asked for before.
+// The rule: glyph = FT_Get_Char_Index(face, character), which searches the font's tables anew for each character. The
+// face is locked only when there is a character that was not asked for before.
 void Font::FindGlyphs(std::span<Cell> cells) const noexcept {
   FT_Face face = nullptr;
   for (Cell& cell : cells) {

@@ -14,7 +14,8 @@ constexpr std::int32_t kWidth = 21;
 constexpr std::int32_t kHeight = 13;
 using Pixels = std::vector<std::uint32_t>;
 
-// How far the minor coordinate has moved after some steps, rounded to the nearest; a half toward the smaller coordinate.
+// How far the minor coordinate has moved after some steps, rounded to the nearest; a half toward the smaller
+// coordinate.
 std::int32_t MinorSteps(std::int32_t steps, std::int32_t major, std::int32_t minor) {
   const std::int32_t doubled = 2 * steps * std::abs(minor);
   return (doubled + major - (minor > 0 ? 1 : 0)) / (2 * major);
