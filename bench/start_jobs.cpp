@@ -1,6 +1,7 @@
 // Programs and libraries as they start: the engine loaded, the program's version, a lesson of an hour opened. Each run
 // is a process; what starting one costs is told apart.
 #include <fcntl.h>
+#include <spawn.h>
 #include <stdio.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -55,15 +56,17 @@ Measurement MeasureLoad(const Inputs&) {
 
 // Starts the program with its standard output thrown away and its standard error going to a descriptor.
 pid_t StartProgram(const std::vector<const char*>& arguments, int standardError) {
-  const pid_t child = fork();
-  if (child != 0) return child;
-  dup2(standardError, STDERR_FILENO);
-  dup2(open("/dev/null", O_WRONLY), STDOUT_FILENO);
   std::vector<char*> words{const_cast<char*>("tavimo")};
   for (const char* argument : arguments) words.push_back(const_cast<char*>(argument));
   words.push_back(nullptr);
-  execv(BENCH_PROGRAM, words.data());
-  _exit(1);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_adddup2(&actions, standardError, STDERR_FILENO);
+  pid_t child = -1;
+  Expect(posix_spawn(&child, BENCH_PROGRAM, &actions, nullptr, words.data(), environ) == 0, BENCH_PROGRAM);
+  posix_spawn_file_actions_destroy(&actions);
+  return child;
 }
 
 Measurement MeasureVersion(const Inputs&) {
