@@ -86,17 +86,8 @@ void KeepEverySecondSample(const char* from, const char* to) {
   }
 }
 
-std::int32_t CountSilences(std::span<const std::uint8_t> levels, std::uint8_t threshold) {
-  std::int32_t sounds = 0;
-  std::int32_t silences = 0;
-  bool wasSilent = true;
-  for (const std::uint8_t level : levels) {
-    const bool isSilent = level <= threshold;
-    if (!isSilent) ++sounds;
-    if (isSilent && !wasSilent) ++silences;
-    wasSilent = isSilent;
-  }
-  return sounds + silences;
+std::int64_t CountSounds(std::span<const std::uint8_t> levels, std::uint8_t threshold) {
+  return std::count_if(levels.begin(), levels.end(), [=](std::uint8_t level) { return level > threshold; });
 }
 
 void FillColumns(std::span<const std::uint8_t> levels, std::size_t levelsPerColumn, std::size_t width,

@@ -25,8 +25,8 @@ void CopyRanges(const char* from, const char* to, const std::vector<ByteRange>& 
 // Reads all and writes every second 16-bit sample.
 void KeepEverySecondSample(const char* from, const char* to);
 
-// Counts the levels above a threshold and the times silence begins.
-[[nodiscard]] std::int32_t CountSilences(std::span<const std::uint8_t> levels, std::uint8_t threshold);
+// One pass over the levels: how many are above a threshold.
+[[nodiscard]] std::int64_t CountSounds(std::span<const std::uint8_t> levels, std::uint8_t threshold);
 
 // Averages levelsPerColumn levels for each column and fills it from the bottom.
 void FillColumns(std::span<const std::uint8_t> levels, std::size_t levelsPerColumn, std::size_t width,

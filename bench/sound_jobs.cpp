@@ -74,7 +74,7 @@ Measurement MeasureCut(std::int32_t silenceLevels) {
   Contest contest{[=] { Cut(silenceLevels); },
                   [&] {
                     ReadInto(kNativeDigest, levels);
-                    benchmark::DoNotOptimize(CountSilences(levels, kThreshold));
+                    benchmark::DoNotOptimize(CountSounds(levels, kThreshold));
                   },
                   std::ssize(levels),
                   {}};
