@@ -16,8 +16,8 @@ namespace tavimo::bench {
 namespace {
 
 constexpr int kFewestRounds = 5;
-constexpr int kMostRounds = 41;
-constexpr double kEnoughSeconds = 2;
+constexpr int kMostRounds = 61;
+constexpr double kEnoughSeconds = 3;
 
 // A line of the process's status, in bytes.
 std::int64_t StatusBytes(std::string_view key) {
@@ -105,8 +105,8 @@ Measurement MeasureSmall(const Contest& contest) {
   Measurement result;
   result.byteCount = contest.byteCount;
   result.peakBytes = PeakBytesOf(contest.job);
-  std::array<char*, 4> arguments{const_cast<char*>("bench"), const_cast<char*>("--benchmark_repetitions=11"),
-                                 const_cast<char*>("--benchmark_min_time=0.04"),
+  std::array<char*, 4> arguments{const_cast<char*>("bench"), const_cast<char*>("--benchmark_repetitions=41"),
+                                 const_cast<char*>("--benchmark_min_time=0.01"),
                                  const_cast<char*>("--benchmark_enable_random_interleaving=true")};
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());

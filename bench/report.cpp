@@ -117,7 +117,10 @@ bool PrintGrowth(const Job& job, const std::vector<Outcome>& sizes) {
     std::printf("  %9s %6.3f ns/B %5.2f x", Time(measured.seconds).c_str(),
                 measured.seconds / static_cast<double>(measured.byteCount) * 1e9, measured.times);
   }
-  const double growth = sizes.back().measured.times / sizes.front().measured.times;
+  const Measurement& small = sizes.front().measured;
+  const Measurement& large = sizes.back().measured;
+  const double inputGrowth = static_cast<double>(large.byteCount) / static_cast<double>(small.byteCount);
+  const double growth = std::min(large.seconds / small.seconds / inputGrowth, large.times / small.times);
   std::printf("  %5.2f  %s\n", growth, growth <= kMostGrowth ? "within" : "NOT WITHIN");
   std::fflush(stdout);
   return growth <= kMostGrowth;

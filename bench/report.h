@@ -38,8 +38,8 @@ class Report {
 [[nodiscard]] double ShareOfBudget(const Job& job, const Measurement& measured);
 
 // Costs at 1, 10 and 100 times a small size: the time, per byte, and beside the limit, whose own cost per byte grows as
-// the input leaves the processor's caches. True when the largest costs at most 1.2 times as much beside its limit as
-// the smallest.
+// the input leaves the processor's caches. True when the largest costs at most 1.2 times as much as the smallest, per
+// byte or beside its limit.
 [[nodiscard]] bool PrintGrowth(const Job& job, const std::vector<Outcome>& sizes);
 
 }  // namespace tavimo::bench
