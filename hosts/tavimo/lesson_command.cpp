@@ -135,9 +135,7 @@ struct Opened {
   Sentences sentences;
 };
 
-// What one program makes the other ones find.
 Opened OpenLesson(const Options& options, LessonSession& session, Stopwatch& stopwatch) {
-  const LessonLock lock("lesson.lock", kChangingElsewhere, WhenHeld::Wait);
   Digest digest = OpenDigest(session, options.digestKind);
   stopwatch.End("digest");
   Sentences sentences = LoadOrCut(session, digest);
@@ -149,6 +147,7 @@ Opened OpenLesson(const Options& options, LessonSession& session, Stopwatch& sto
 bool TakeRecording(const Options& options, const fs::path& file, std::set<fs::path>& taken,
                    std::optional<LessonPage>& page, Stopwatch& stopwatch) {
   LessonSession session(options.home, file);
+  const LessonLock lock("lesson.lock", kChangingElsewhere, WhenHeld::Wait);  // what one makes the others find
   stopwatch.End("open");
   const auto [digest, sentences] = OpenLesson(options, session, stopwatch);
   PrintTable(std::cout, session, sentences.startsMs, sentences.origin);

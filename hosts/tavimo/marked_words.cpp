@@ -33,23 +33,23 @@ std::vector<ScriptWord> MarkedWords(const PagedText& paged, const Marks& marks, 
   return words;
 }
 
-MovedMarks MoveMarks(const PagedText& from, const Marks& marks, const Places& own, const PagedText& to,
-                     std::size_t byteCount) {
-  const std::vector<ScriptWord> words = MarkedWords(from, marks, own);
+Places PlacesOf(const std::vector<ScriptWord>& words) {
+  Places places;
+  for (const ScriptWord& word : words) places.insert(places.end(), word.start);
+  return places;
+}
+
+MovedMarks MoveMarks(const Places& words, const PagedText& to, std::size_t byteCount) {
   MovedMarks moved;
   moved.marks.resize(byteCount);
-  auto next = words.begin();  // the words of both rise alike
   ForEachWord(to, [&](const ScriptWord& word) {
-    if (next == words.end() || next->start != word.start) return;
-    bool isKept = false;
-    for (const WordPiece& piece : word.pieces) {
-      if (!piece.number) continue;
-      SetMark(moved.marks, piece, MarkOf(marks, *next));
-      isKept = true;
+    if (!words.contains(word.start)) return;
+    for (const WordPiece& piece : word.pieces) SetMark(moved.marks, piece, Mark::On);
+    if (MarkOf(moved.marks, word) != 0) {
+      moved.places.insert(moved.places.end(), word.start);
+    } else {
+      ++moved.lostCount;
     }
-    if (isKept) moved.places.insert(moved.places.end(), word.start);
-    if (!isKept) ++moved.lostCount;
-    ++next;
   });
   return moved;
 }

@@ -13,14 +13,15 @@ namespace tavimo::host {
 // too many than one lost. REQUIRES: IsSound.
 [[nodiscard]] std::vector<ScriptWord> MarkedWords(const PagedText& paged, const Marks& marks, const Places& own);
 
+[[nodiscard]] Places PlacesOf(const std::vector<ScriptWord>& words);
+
 struct MovedMarks {
   Marks marks;                // for the new pages
   Places places;              // of the words that they are for
   std::size_t lostCount = 0;  // words for which the new pages have none
 };
 
-// The new marks have at least so many bytes. REQUIRES: both are sound and of one text.
-[[nodiscard]] MovedMarks MoveMarks(const PagedText& from, const Marks& marks, const Places& own, const PagedText& to,
-                                   std::size_t byteCount);
+// Marks for words on other pages, of at least so many bytes. REQUIRES: IsSound, and places of the same text.
+[[nodiscard]] MovedMarks MoveMarks(const Places& words, const PagedText& to, std::size_t byteCount);
 
 }  // namespace tavimo::host

@@ -1,10 +1,7 @@
 #include "page_lines.h"
 
 #include <algorithm>
-#include <array>
 
-#include "refusal.h"
-#include "system.h"
 #include "text_sentences.h"
 
 namespace tavimo::host {
@@ -27,66 +24,11 @@ std::size_t LengthWithoutLineEnd(const TextLine& line, const std::string& text) 
   return length;
 }
 
-std::vector<PlacedPiece> PlacePieces(const TextLine& line, const std::string& text, const PageCanvas& canvas,
-                                     PageNumbers& numbers) {
-  std::vector<PlacedPiece> placed;
-  int x = canvas.margin;
-  std::size_t at = line.start;
-  for (const WordPiece& piece : FindPieces(text, line, numbers)) {
-    placed.push_back({piece, {}});
-    for (; at < piece.start + piece.length; ++at) {
-      const bool isFirstLetter = at >= piece.start && IsLetterByte(text[at]) && !placed.back().x;
-      if (isFirstLetter) placed.back().x = x;
-      x += canvas.advances[static_cast<unsigned char>(text[at])];
-    }
-  }
-  return placed;
-}
-
 bool IsMarkedAt(const PageLine& line, const Marks& marks, std::size_t place, std::size_t byteCount) {
-  return std::any_of(line.pieces.begin(), line.pieces.end(), [&](const PlacedPiece& placed) {
-    const WordPiece& piece = placed.piece;
+  return std::any_of(line.pieces.begin(), line.pieces.end(), [&](const WordPiece& piece) {
     return piece.start < place + byteCount && place < piece.start + piece.length && MarkOf(marks, piece) != 0;
   });
 }
-
-// A page that clicks go to. Each of them turns a mark round and saves it.
-class ClickablePage {
- public:
-  explicit ClickablePage(ScriptSession& session) : session_(session) {}
-
-  // A Refusal when the mark cannot be made what it should be. A piece with digits alone has nothing to click on.
-  void Mark(const WordPiece& piece, std::int32_t wanted) {
-    Show(session_.Paged().PageOf(piece.start));
-    for (const PageLine& line : lines_) {
-      for (const PlacedPiece& placed : line.pieces) {
-        if (placed.piece.start != piece.start || !placed.x) continue;
-        if (Click(*placed.x, line.y) != wanted && Click(*placed.x, line.y) != wanted) {
-          throw Refusal("its marks could not be saved");
-        }
-      }
-    }
-  }
-
- private:
-  void Show(int page) {
-    if (page == page_) return;
-    StopIfInterrupted();
-    lines_ = ReadPageLines(session_, page);
-    page_ = page;
-  }
-
-  std::int32_t Click(int x, int y) {
-    std::array<char, 161> word{};
-    std::int32_t state = -1;
-    vcBeginSelect(session_.Canvas().picture.get(), x, y, &state, word.data());
-    return state;
-  }
-
-  ScriptSession& session_;
-  int page_ = -1;
-  std::vector<PageLine> lines_;
-};
 
 }  // namespace
 
@@ -96,13 +38,11 @@ std::vector<PageLine> ReadPageLines(ScriptSession& session, int page) {
   std::vector<TextLine> lines = LinesOfPage(paged, page);
   JoinLinesBehind(lines, lineCount);
   PageNumbers numbers(paged, page);
-  const PageCanvas& canvas = session.Canvas();
   std::vector<PageLine> pageLines;
   pageLines.reserve(lines.size());
   for (const TextLine& line : lines) {
     const std::size_t length = LengthWithoutLineEnd(line, paged.text);
-    const int y = canvas.margin + static_cast<int>(pageLines.size()) * canvas.lineHeight;
-    pageLines.push_back({line.start, length, length < line.length, y, PlacePieces(line, paged.text, canvas, numbers)});
+    pageLines.push_back({line.start, length, length < line.length, FindPieces(paged.text, line, numbers)});
   }
   return pageLines;
 }
@@ -119,11 +59,6 @@ std::vector<std::string> RunsOf(const std::string& text, const PageLine& line, c
     at += byteCount;
   }
   return runs;
-}
-
-void ClickOnPieces(ScriptSession& session, const std::vector<WordPiece>& pieces, Mark mark) {
-  ClickablePage page(session);
-  for (const WordPiece& piece : pieces) page.Mark(piece, mark == Mark::On ? 1 : 0);
 }
 
 }  // namespace tavimo::host

@@ -39,7 +39,8 @@ std::uint8_t MarkOf(const Marks& marks, const WordPiece& piece) {
   return static_cast<std::uint8_t>(marks[*piece.number / kPiecesInByte] >> ShiftOf(*piece.number) & kPieceMask);
 }
 
-void SetMark(Marks& marks, const WordPiece& piece, std::uint8_t mark) {
+void SetMark(Marks& marks, const WordPiece& piece, Mark mark) {
+  if (!piece.number) return;
   marks.resize(std::max(marks.size(), *piece.number / kPiecesInByte + 1));
   std::uint8_t& byte = marks[*piece.number / kPiecesInByte];
   const unsigned others = byte & ~(kPieceMask << ShiftOf(*piece.number));

@@ -41,7 +41,8 @@ struct WordPiece {
 // behind the last byte. As the engine does with the file, setting a mark there lengthens them.
 using Marks = std::vector<std::uint8_t>;
 [[nodiscard]] std::uint8_t MarkOf(const Marks& marks, const WordPiece& piece);
-void SetMark(Marks& marks, const WordPiece& piece, std::uint8_t mark);  // REQUIRES: the piece has a number
+enum class Mark : std::uint8_t { Off, On };                     // as the engine's clicks write them
+void SetMark(Marks& marks, const WordPiece& piece, Mark mark);  // nothing where the piece has no number
 
 struct TextLine {
   std::size_t start = 0;

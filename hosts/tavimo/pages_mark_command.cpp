@@ -2,13 +2,11 @@
 #include <algorithm>
 #include <array>
 #include <iostream>
-#include <iterator>
-#include <set>
 
 #include "marked_words.h"
 #include "options.h"
-#include "page_lines.h"
 #include "refusal.h"
+#include "script_session.h"
 #include "text.h"
 #include "text_sentences.h"
 
@@ -69,31 +67,17 @@ std::vector<ScriptWord> ReadMarked(const ScriptSession& session, const Places& o
   return MarkedWords(session.Paged(), session.ReadMarks(), own);
 }
 
-Places PlacesOf(const std::vector<ScriptWord>& words) {
-  Places places;
-  for (const ScriptWord& word : words) places.insert(word.start);
-  return places;
-}
-
 // Two words may share a number: it is marked as long as one of them is to be.
-void MakeMarked(ScriptSession& session, const std::vector<ScriptWord>& marked,
-                const std::vector<ScriptWord>& unmarked) {
-  std::vector<WordPiece> wanted;
-  std::set<std::size_t> numbers;
-  for (const ScriptWord& word : marked) {
-    for (const WordPiece& piece : word.pieces) {
-      if (piece.number && numbers.insert(*piece.number).second) wanted.push_back(piece);
-    }
-  }
-  std::vector<WordPiece> unwanted;
+Marks MarksFor(const ScriptSession& session, const std::vector<ScriptWord>& marked,
+               const std::vector<ScriptWord>& unmarked) {
+  Marks marks = session.ReadMarks();
   for (const ScriptWord& word : unmarked) {
-    std::copy_if(word.pieces.begin(), word.pieces.end(), std::back_inserter(unwanted),
-                 [&](const WordPiece& piece) { return piece.number && !numbers.contains(*piece.number); });
+    for (const WordPiece& piece : word.pieces) SetMark(marks, piece, Mark::Off);
   }
-  const Marks marks = session.ReadMarks();
-  std::erase_if(wanted, [&](const WordPiece& piece) { return MarkOf(marks, piece) != 0; });
-  ClickOnPieces(session, unwanted, Mark::Off);
-  ClickOnPieces(session, wanted, Mark::On);
+  for (const ScriptWord& word : marked) {
+    for (const WordPiece& piece : word.pieces) SetMark(marks, piece, Mark::On);
+  }
+  return marks;
 }
 
 // Whether the words are as they were wanted; those that the highlight file has no room for never are.
@@ -125,9 +109,7 @@ int MarkByName(ScriptSession& session, const Options& options) {
   std::vector<ScriptWord> unmarked;
   std::erase_if(marked, [&](const ScriptWord& word) { return named.contains(word.start); });
   for (const ScriptWord& word : words) (before.contains(word.start) ? unmarked : marked).push_back(word);
-  // Before the marks themselves: what is noted and not marked is no word too many.
-  CurrentPages().WriteOwn(PlacesOf(marked));
-  MakeMarked(session, marked, unmarked);
+  session.ReplaceMarks(MarksFor(session, marked, unmarked), PlacesOf(marked));
   const Places after = PlacesOf(ReadMarked(session, PlacesOf(marked)));
   return ReportMarks(session, words, before, after);
 }

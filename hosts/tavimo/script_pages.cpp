@@ -22,15 +22,6 @@ void Append(std::vector<std::string>& runs, const std::vector<std::string>& more
   runs.insert(runs.end(), more.begin() + (endsMarked ? 0 : 1), more.end());
 }
 
-// The pages of the last build, or of a first one.
-void OpenPages(ScriptSession& session, const fs::path& script) {
-  if (session.IsBuilt()) {
-    session.Open();
-  } else {
-    session.Build(PageSetup{}, ReadEngineText(script, PageSetup{}));
-  }
-}
-
 std::vector<std::vector<std::string>> DrawPage(ScriptSession& session, int page) {
   const std::vector<PageLine> lines = ReadPageLines(session, page);
   const Marks marks = session.ReadMarks();
@@ -57,7 +48,7 @@ std::vector<std::vector<std::string>> DrawPage(ScriptSession& session, int page)
 
 void DrawScriptPages(const fs::path& home, const fs::path& script, const std::function<void(const ScriptPage&)>& take) {
   ScriptSession session(home, script);
-  OpenPages(session, script);
+  session.OpenOrBuild();
   for (int page = 0; page < session.PageCount(); ++page) {
     StopIfInterrupted();
     const auto lines = DrawPage(session, page);

@@ -60,18 +60,31 @@ PagedText MakePages(const PagesFolder& folder, const PageCanvas& canvas, const B
   return paged;
 }
 
-// Takes the marks of the current pages over to new ones of the same text, as far as the highlight file that the engine
-// made for these has room for them. Pages of before that are damaged were the same as these, or nothing can be told.
-MovedMarks CarryMarks(const PagesFolder& folder, const PagedText& paged) {
-  const PagedText old = CurrentPages().ReadPaged(paged.text);
-  MovedMarks moved = MoveMarks(old.IsSound() ? old : paged, CurrentPages().ReadMarks(), CurrentPages().ReadOwn(), paged,
-                               folder.ReadMarks().size());
-  folder.WriteOwn(moved.places);
+void WriteMarks(const PagesFolder& folder, const Marks& marks) {
   const auto time = TimeOf(folder.Copy());
   NewFile file(folder.Marks());
-  file.Write(moved.marks.data(), moved.marks.size());
+  file.Write(marks.data(), marks.size());
   if (time) file.SetTime(*time);  // by which the engine knows that the marks belong to the text
   file.PutInPlace();
+}
+
+// The marked words of the current pages. Where the highlight file is damaged, shorter than a new one, or its numbers mean
+// nothing for lack of sound pages, those that the learner marked.
+Places PlacesToKeep(const std::string& text, std::size_t byteCount) {
+  const PagesFolder current = CurrentPages();
+  const PagedText old = current.ReadPaged(text);
+  const Marks marks = current.ReadMarks();
+  const Places own = current.ReadOwn();
+  const bool isWhole = old.IsSound() && marks.size() >= byteCount;
+  return isWhole ? PlacesOf(MarkedWords(old, marks, own)) : own;
+}
+
+// Takes the marks of the current pages over to new ones of the same text.
+MovedMarks CarryMarks(const PagesFolder& folder, const PagedText& paged) {
+  const std::size_t byteCount = folder.ReadMarks().size();
+  MovedMarks moved = MoveMarks(PlacesToKeep(paged.text, byteCount), paged, byteCount);
+  folder.WriteOwn(moved.places);
+  WriteMarks(folder, moved.marks);
   return moved;
 }
 
@@ -100,7 +113,7 @@ std::size_t ScriptSession::Build(const PageSetup& setup, const EngineText& text)
   const BuiltPages now{setup, HashOf(text.gbk), HashOf(*canvas_)};
   const PagesFolder folder = BeginNewPages();
   PagedText paged = MakePages(folder, *canvas_, now, text.gbk);
-  const bool hadMarks = HasAny(ReadMarks());
+  const bool hadMarks = HasAny(ReadMarks()) || !CurrentPages().ReadOwn().empty();
   // The settings or the copy may be damaged; either will do to tell.
   const bool isSameText = (built_ && built_->textHash == now.textHash) || ReadBytes(CurrentPages().Copy()) == text.gbk;
   const MovedMarks moved = hadMarks && isSameText ? CarryMarks(folder, paged) : MovedMarks{};
@@ -120,13 +133,13 @@ std::size_t ScriptSession::Build(const PageSetup& setup, const EngineText& text)
 bool ScriptSession::IsCurrent(const std::string& text) const {
   const PagesFolder pages = CurrentPages();
   const auto time = TimeOf(pages.Copy());
-  const bool areOfOneTime = time && TimeOf(pages.Pages()) == time && TimeOf(pages.Lines()) == time &&
-                            TimeOf(pages.Marks()).value_or(*time) == *time;
+  const bool areOfOneTime =
+      time && TimeOf(pages.Pages()) == time && TimeOf(pages.Lines()) == time && TimeOf(pages.Marks()) == time;
   return areOfOneTime && built_ && built_->fontHash == HashOf(*canvas_) && ReadBytes(pages.Copy()) == text;
 }
 
 void ScriptSession::Open() {
-  if (IsBuilt()) Lock();
+  if (HasPages()) Lock();
   if (!lock_ && fs::exists(script_)) throw Refusal("it has no pages yet; tavimo pages build makes them");
   const PageSetup setup = built_.value_or(BuiltPages{}).setup;
   const EngineText text = ReadEngineText(script_, setup);
@@ -137,6 +150,23 @@ void ScriptSession::Open() {
   } else {
     Build(setup, text);
   }
+}
+
+void ScriptSession::OpenOrBuild() {
+  const EngineText text = ReadEngineText(script_, PageSetup{});  // refuses what is no script before anything is made
+  Lock();
+  if (built_) {
+    Open();
+  } else {
+    Build(PageSetup{}, text);
+  }
+}
+
+void ScriptSession::ReplaceMarks(const Marks& marks, const Places& own) {
+  vcCloseScript();
+  CurrentPages().WriteOwn(own);
+  WriteMarks(CurrentPages(), marks);
+  OpenPages();
 }
 
 void ScriptSession::OpenPages() {

@@ -36,8 +36,11 @@ class ScriptSession {
   // Opens the script with the pages of the last build, which are made again when the text or the font changed since.
   void Open();
 
-  // Whether some earlier command has made pages.
-  [[nodiscard]] bool IsBuilt() const { return HasPages(); }
+  // The same, or a first build of the usual font and page where there was none.
+  void OpenOrBuild();
+
+  // Writes the highlight file anew, and the places of the words that the learner marked. REQUIRES: Build or Open.
+  void ReplaceMarks(const Marks& marks, const Places& own);
 
   // After Build or Open.
   [[nodiscard]] const PageSetup& Setup() const { return built_->setup; }

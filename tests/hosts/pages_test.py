@@ -2,6 +2,7 @@
 
 import json
 import os
+import pathlib
 import random
 import unittest
 
@@ -85,6 +86,11 @@ class Pages(PagesTest):
         marks = self.words()
         os.utime(self.script, (1, 1))
         self.assertEqual(self.words(), marks)
+        for size, extension, content in (("13", ".hlt", b""), ("16", ".pag", bytes(16))):
+            for path in self.kept(extension):
+                path.write_bytes(content)
+            self.succeed("pages", "build", "s.txt", "--size", size, "--page", "316x136")
+            self.assertEqual([word for _, word in self.words()], [word for _, word in marks], extension)
         for path in self.kept("pages.ini"):
             path.write_text("")
         self.assertEqual([word for _, word in self.words()], [word for _, word in marks], "pages of the usual size again")
@@ -118,6 +124,13 @@ class Pages(PagesTest):
                 self.assertEqual({word for _, word in self.words()}, marked, (size, word))
         cut = next(word for page, word in self.words() if page == 1)
         self.assertIn("page 1", self.succeed("pages", "mark", "s.txt", cut, "--page", "1"))
+
+    def test_words_beyond_the_width_of_the_page_are_marked_too(self):
+        # An indented line is measured with blanks and set with the wider '@': its last word may stand where no click goes.
+        script = (pathlib.Path(__file__).resolve().parent.parent.parent / "lessons/first-day/first-day.txt").read_bytes()
+        self.build(script, "--size", "16", "--page", "300x200")
+        self.assertEqual(len(self.succeed("pages", "mark", "s.txt", "a").splitlines()), 7)
+        self.assertEqual(len(self.words()), 7)
 
     def test_a_word_without_room_for_its_mark_is_told(self):
         # More pieces than the engine's highlight file has bytes for: each line cuts a word, which it counts once.
