@@ -32,7 +32,8 @@ TEST(WholeScript, IsCountedAndUnscrambledAsByteByByte) {
 
     const std::uint64_t offset = (std::uint64_t{random()} << 8) + random() % 200;
     Bytes expected = text;
-    for (std::size_t i = 0; i < text.size(); ++i) expected[i] ^= kScrambleKey[(offset + i) % kScrambleKeyBytes];
+    for (std::size_t i = 0; i < text.size(); ++i)
+      expected[i] ^= kScrambleKey[static_cast<std::size_t>((offset + i) % kScrambleKeyBytes)];
     Unscramble(text, offset, Scrambling::Scrambled);
     ASSERT_EQ(text, expected) << "at " << offset;
   }
