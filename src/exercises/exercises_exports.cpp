@@ -109,14 +109,16 @@ std::int32_t VC_CALL vcGetArticleTxt(char* buffer, std::int32_t index) noexcept 
 }
 
 void VC_CALL vcFillSentenceList(VcWindow list_box) noexcept {
-  constexpr std::uint32_t kAddLine = 0x180;  // LB_ADDSTRING
   exercises::RecordReader reader(State().questionIndex);
   exercises::QuestionRecord record;
-  exercises::ListLines lines;
+  exercises::ListPiece piece;
   while (reader.Next(record)) {
-    const char* line = lines.LineOf(record);
-    if (line != nullptr) platform::SendToWindow(list_box, kAddLine, 0, reinterpret_cast<std::intptr_t>(line));
+    piece.Add(record);
+    if (!piece.IsFull()) continue;
+    platform::AddToListBox(list_box, piece.Lines());
+    piece.Clear();
   }
+  platform::AddToListBox(list_box, piece.Lines());
 }
 
 std::int32_t VC_CALL vcOpenWzFile(char* path) noexcept {

@@ -4,7 +4,9 @@
 // A back end checks: every handle (null and destroyed ones receive nothing), null texts.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "tavimo.h"
 
@@ -14,6 +16,7 @@ namespace tavimo::platform {
 inline constexpr std::uint32_t kMessageKeyUp = 0x101;
 inline constexpr std::uint32_t kMessageDropFiles = 0x233;
 inline constexpr std::uint32_t kMessageWaveInData = 0x3C0;
+inline constexpr std::uint32_t kMessageAddLine = 0x180;  // to a list box
 inline constexpr std::uint32_t kMessageSetBarRange = 0x401;
 inline constexpr std::uint32_t kMessageSetBarPosition = 0x402;
 inline constexpr std::uintptr_t kKeyF4 = 0x73;
@@ -26,6 +29,17 @@ using WindowProc = std::intptr_t(VC_CALL*)(VcWindow, std::uint32_t, std::uintptr
 // Delivers at once and returns what the window's procedure returns; 0 for no window.
 std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam,
                            std::intptr_t lparam) noexcept;
+
+// Lines of a list box, one behind another, each with its zero byte.
+struct ListLines {
+  const char* text;
+  std::size_t byteCount;
+  std::span<const std::uint32_t> starts;
+};
+
+// Adds the lines to a list box, as a message for each does. Where nobody stands in front of the list box to see the
+// messages, they may be added without.
+void AddToListBox(VcWindow listBox, const ListLines& lines) noexcept;
 
 // Queues behind what waits; false when the window does not exist or the queue is full.
 bool PostToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept;

@@ -255,14 +255,18 @@ TEST_F(QuestionBank, ReadsTitlesFromTheProfile) {
 
 TEST(QuestionList, NumbersItemsInWhateverOrder) {
   std::mt19937 random(7);
-  exercises::ListLines lines;
+  exercises::ListPiece piece;
   exercises::QuestionRecord record;
   for (int i = 0; i < 20000; ++i) {
     record.type = random() % 50 == 0 ? exercises::kPassage : exercises::kQuestion;
     const bool isNext = random() % 20 != 0;
     const auto jump = static_cast<std::uint32_t>(random() % 2 == 0 ? random() : 0xFFFFFFF0 + random() % 32);
     record.ordinal = static_cast<std::int32_t>(isNext ? static_cast<std::uint32_t>(record.ordinal) + 1 : jump);
-    const std::string line = lines.LineOf(record);
+    if (piece.IsFull()) piece.Clear();
+    piece.Add(record);
+    const platform::ListLines lines = piece.Lines();
+    const std::string line = lines.text + lines.starts.back();
+    ASSERT_EQ(lines.byteCount, lines.starts.back() + line.size() + 1);
     if (record.type == exercises::kPassage) continue;
     const auto number = static_cast<std::int32_t>(static_cast<std::uint32_t>(record.ordinal) + 1);
     ASSERT_EQ(line, "No." + std::to_string(number));

@@ -53,6 +53,18 @@ std::intptr_t ListBox::Add(const char* text) noexcept {
   });
 }
 
+void ListBox::Append(const ListLines& lines) noexcept {
+  Guarded(0, [&] {
+    if (text_.size() - end_ < lines.byteCount) MakeRoom(lines.byteCount);
+    const std::size_t count = starts_.size();
+    if (starts_.capacity() - count < lines.starts.size()) starts_.reserve(2 * (count + lines.starts.size()));
+    std::memcpy(text_.data() + end_, lines.text, lines.byteCount);
+    for (const std::uint32_t start : lines.starts) starts_.push_back(end_ + start);
+    end_ += lines.byteCount;
+    return 0;
+  });
+}
+
 void ListBox::MakeRoom(std::size_t byteCount) {
   constexpr std::size_t kLeastRoom = 1024;
   text_.resize(std::max({2 * text_.size(), end_ + byteCount, kLeastRoom}));

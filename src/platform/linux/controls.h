@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/windows.h"
+
 namespace tavimo::platform {
 
 // Lines of GBK bytes, kept as they come: one behind another, each with its zero, so that a list of many thousand short
@@ -13,6 +15,9 @@ namespace tavimo::platform {
 class ListBox {
  public:
   std::intptr_t Handle(std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept;
+
+  // What TV_LB_ADDSTRING does, for each of the lines; for none when memory runs out.
+  void Append(const ListLines& lines) noexcept;
 
  private:
   std::intptr_t Add(const char* text) noexcept;

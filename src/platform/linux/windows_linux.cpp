@@ -87,6 +87,16 @@ std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_
   return found->procedure(window, message, wparam, lparam);
 }
 
+void AddToListBox(VcWindow listBox, const ListLines& lines) noexcept {
+  Window* found = TheDesktop().windows.Find(listBox);
+  if (found && found->procedure == &DefaultWindowProc && found->kind == WindowKind::ListBox) {
+    return found->listBox.Append(lines);
+  }
+  for (const std::uint32_t start : lines.starts) {
+    SendToWindow(listBox, kMessageAddLine, 0, reinterpret_cast<std::intptr_t>(lines.text + start));
+  }
+}
+
 bool PostToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept {
   // A message for no window takes its place in the queue, as on the platform.
   if (window && !WindowExists(window)) return false;

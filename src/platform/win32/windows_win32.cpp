@@ -31,6 +31,12 @@ std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_
   return IsWindow(window) ? SendMessageA(window, message, wparam, lparam) : 0;
 }
 
+void AddToListBox(VcWindow listBox, const ListLines& lines) noexcept {
+  for (const std::uint32_t start : lines.starts) {
+    SendToWindow(listBox, kMessageAddLine, 0, reinterpret_cast<std::intptr_t>(lines.text + start));
+  }
+}
+
 bool PostToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) noexcept {
   return (window == nullptr || IsWindow(window)) && PostMessageA(window, message, wparam, lparam);
 }
