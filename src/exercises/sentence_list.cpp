@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 #include <string_view>
 
 #include "core/arithmetic.h"
@@ -35,31 +36,30 @@ void ListPiece::Add(const QuestionRecord& record) noexcept {
       return Append(kArticleLine, kArticle.size() + 1);
     case kQuestion:
     case kPassageQuestion:
-      PutNumber(core::WrappingAdd(record.ordinal, 1));
-      return Append(numbered_, numberedBytes_);
+      return AddNumbered(core::WrappingAdd(record.ordinal, 1));
     default:
       return;
   }
 }
 
 // The rule: the number in decimal. Items are numbered one after another, so nine times of ten the last digit alone
-// changes.
-void ListPiece::PutNumber(std::int32_t number) noexcept {
+// differs from the line before. It is written into the piece, because a processor that has just written a byte of a line
+// waits before it copies the whole of it.
+void ListPiece::AddNumbered(std::int32_t number) noexcept {
   constexpr std::size_t kPrefixBytes = 3;
-  const bool isNext = number_ >= 0 && number == number_ + 1 && numbered_[numberedBytes_ - 2] != '9';
-  number_ = number;
-  if (isNext) {
-    ++numbered_[numberedBytes_ - 2];
-    return;
+  if (number < 0 || number / 10 != tens_) {
+    char* end = std::to_chars(numbered_.data() + kPrefixBytes, numbered_.data() + kLineRoom - 1, number).ptr;
+    *end = '\0';
+    numberedBytes_ = static_cast<std::size_t>(end + 1 - numbered_.data());
+    tens_ = number < 0 ? -1 : number / 10;
   }
-  char* end = std::to_chars(numbered_.data() + kPrefixBytes, numbered_.data() + kLineRoom - 1, number).ptr;
-  *end = '\0';
-  numberedBytes_ = static_cast<std::size_t>(end + 1 - numbered_.data());
+  Append(numbered_, numberedBytes_);
+  if (number >= 0) text_[end_ - 2] = static_cast<char>('0' + number % 10);
 }
 
 // The whole room of a line is copied, as that takes one instruction; the next line begins behind this one's zero.
 void ListPiece::Append(const Line& line, std::size_t byteCount) noexcept {
-  std::copy(line.begin(), line.end(), text_.begin() + static_cast<std::ptrdiff_t>(end_));
+  std::memcpy(text_.data() + end_, line.data(), line.size());
   starts_[count_++] = static_cast<std::uint32_t>(end_);
   end_ += byteCount;
 }

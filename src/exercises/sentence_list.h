@@ -30,7 +30,7 @@ class ListPiece {
   static constexpr std::size_t kLineRoom = 16;  // "No.-2147483648" and its zero
   using Line = std::array<char, kLineRoom>;
 
-  void PutNumber(std::int32_t number) noexcept;
+  void AddNumbered(std::int32_t number) noexcept;
   void Append(const Line& line, std::size_t byteCount) noexcept;
 
   std::array<char, kMostLines * kLineRoom> text_;
@@ -39,7 +39,7 @@ class ListPiece {
   std::size_t count_ = 0;
   Line numbered_{'N', 'o', '.'};
   std::size_t numberedBytes_ = 0;  // with the zero
-  std::int32_t number_ = -1;       // in the line; negative: none that counting on may begin with
+  std::int32_t tens_ = -1;         // of the number in the line; -1: of none that may be used again
 };
 
 }  // namespace tavimo::exercises
