@@ -109,16 +109,7 @@ std::int32_t VC_CALL vcGetArticleTxt(char* buffer, std::int32_t index) noexcept 
 }
 
 void VC_CALL vcFillSentenceList(VcWindow list_box) noexcept {
-  exercises::RecordReader reader(State().questionIndex);
-  exercises::QuestionRecord record;
-  exercises::ListPiece piece;
-  while (reader.Next(record)) {
-    piece.Add(record);
-    if (!piece.IsFull()) continue;
-    platform::AddToListBox(list_box, piece.Lines());
-    piece.Clear();
-  }
-  platform::AddToListBox(list_box, piece.Lines());
+  exercises::FillSentenceList(State().questionIndex, list_box);
 }
 
 std::int32_t VC_CALL vcOpenWzFile(char* path) noexcept {

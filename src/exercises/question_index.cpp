@@ -5,11 +5,9 @@
 
 namespace tavimo::exercises {
 
-bool RecordReader::Refill() noexcept {
-  const std::int64_t got = index_.Read(piece_.data(), static_cast<std::int64_t>(piece_.size()));
-  next_ = 0;
-  end_ = static_cast<std::size_t>(std::max<std::int64_t>(got, 0));
-  return end_ >= kQuestionRecordBytes;
+std::span<const QuestionRecordBytes> RecordReader::NextPiece() noexcept {
+  const std::int64_t got = index_.Read(piece_.data(), static_cast<std::int64_t>(sizeof piece_));
+  return std::span(piece_).first(static_cast<std::size_t>(std::max<std::int64_t>(got, 0)) / kQuestionRecordBytes);
 }
 
 bool ReadRecordAt(platform::FileStream& index, std::int32_t recordIndex, QuestionRecord& record) noexcept {
@@ -27,12 +25,15 @@ bool ReadArticleRecord(platform::FileStream& index, std::int32_t recordIndex, Qu
 }
 
 std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std::int32_t room) noexcept {
+  constexpr std::int32_t kMostCounted = std::numeric_limits<std::int32_t>::max() - RecordReader::kMostRecords;
   RecordReader reader(index);
-  QuestionRecord record;
   std::int32_t count = 0;
-  while (count < std::numeric_limits<std::int32_t>::max() && reader.Next(record)) {
-    if (answers != nullptr && count < room) answers[count] = IsArticle(record) ? -1 : NormalisedAnswer(record);
-    ++count;
+  for (auto piece = reader.NextPiece(); !piece.empty() && count < kMostCounted; piece = reader.NextPiece()) {
+    for (const QuestionRecordBytes& bytes : piece) {
+      const QuestionRecord record = ReadQuestionRecord(bytes.data());
+      if (answers != nullptr && count < room) answers[count] = IsArticle(record) ? -1 : NormalisedAnswer(record);
+      ++count;
+    }
   }
   return count;
 }

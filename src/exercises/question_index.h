@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "exercises/question_record.h"
 #include "platform/files.h"
@@ -14,25 +15,18 @@ namespace tavimo::exercises {
 // Reads an index from its start to its end, in pieces large enough that the file system does not count.
 class RecordReader {
  public:
+  static constexpr std::size_t kMostRecords = 1260;  // of a piece: just below 64 KiB
+
   explicit RecordReader(platform::FileStream& index) noexcept : index_(index) {
     index_.Seek(0, platform::SeekFrom::Start);
   }
 
-  // False when there is no whole record any more.
-  [[nodiscard]] bool Next(QuestionRecord& record) noexcept {
-    if (end_ - next_ < kQuestionRecordBytes && !Refill()) return false;
-    record = ReadQuestionRecord(piece_.data() + next_);
-    next_ += kQuestionRecordBytes;
-    return true;
-  }
+  // The next whole records, at least one, valid until the next call; none at the end.
+  [[nodiscard]] std::span<const QuestionRecordBytes> NextPiece() noexcept;
 
  private:
-  bool Refill() noexcept;
-
   platform::FileStream& index_;
-  std::array<std::uint8_t, 1260 * kQuestionRecordBytes> piece_;  // just below 64 KiB
-  std::size_t next_ = 0;
-  std::size_t end_ = 0;
+  std::array<QuestionRecordBytes, kMostRecords> piece_;
 };
 
 // Reads one record. False, and the record stays as it was, for an index outside the file.

@@ -6,7 +6,7 @@
 #include <random>
 
 #include "exercises/question_files.h"
-#include "exercises/sentence_list.h"
+#include "exercises/question_record.h"
 #include "platform/gbk_literal.h"
 #include "support/message_boxes.h"
 
@@ -253,24 +253,27 @@ TEST_F(QuestionBank, ReadsTitlesFromTheProfile) {
   EXPECT_EQ(vcGetArticleTitle("unit1", 1, nullptr), 0);
 }
 
-TEST(QuestionList, NumbersItemsInWhateverOrder) {
+TEST_F(QuestionBank, ListsItemsNumberedInWhateverOrder) {
   std::mt19937 random(7);
-  exercises::ListPiece piece;
+  std::string index;
+  std::vector<std::string> lines;
   exercises::QuestionRecord record;
   for (int i = 0; i < 20000; ++i) {
-    record.type = random() % 50 == 0 ? exercises::kPassage : exercises::kQuestion;
+    record.type = static_cast<std::int32_t>(random() % 50 == 0 ? random() % 6 : 0);
     const bool isNext = random() % 20 != 0;
     const auto jump = static_cast<std::uint32_t>(random() % 2 == 0 ? random() : 0xFFFFFFF0 + random() % 32);
     record.ordinal = static_cast<std::int32_t>(isNext ? static_cast<std::uint32_t>(record.ordinal) + 1 : jump);
-    if (piece.IsFull()) piece.Clear();
-    piece.Add(record);
-    const platform::ListLines lines = piece.Lines();
-    const std::string line = lines.text + lines.starts.back();
-    ASSERT_EQ(lines.byteCount, lines.starts.back() + line.size() + 1);
-    if (record.type == exercises::kPassage) continue;
+    const exercises::QuestionRecordBytes bytes = exercises::WriteQuestionRecord(record);
+    index.append(bytes.begin(), bytes.end());
+    if (record.type > exercises::kPassageQuestion) continue;
     const auto number = static_cast<std::int32_t>(static_cast<std::uint32_t>(record.ordinal) + 1);
-    ASSERT_EQ(line, "No." + std::to_string(number));
+    lines.push_back(record.type == exercises::kLongDialogue ? u8"  长对话"_gbk
+                    : record.type == exercises::kPassage    ? u8"  短文"_gbk
+                                                            : "No." + std::to_string(number));
   }
+  WriteText("x.tst", index);
+  ASSERT_EQ(vcOpenQuestionIdx("x.tst", nullptr), 20000);
+  EXPECT_EQ(Lines(), lines);
 }
 
 }  // namespace
