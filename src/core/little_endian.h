@@ -23,4 +23,9 @@ constexpr void WriteU32(std::uint8_t* bytes, std::uint32_t value) noexcept {
   WriteU16(bytes + 2, static_cast<std::uint16_t>(value >> 16));
 }
 
+constexpr void WriteU64(std::uint8_t* bytes, std::uint64_t value) noexcept {
+  WriteU32(bytes, static_cast<std::uint32_t>(value));
+  WriteU32(bytes + 4, static_cast<std::uint32_t>(value >> 32));
+}
+
 }  // namespace tavimo::core

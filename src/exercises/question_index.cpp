@@ -29,11 +29,12 @@ std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std
   RecordReader reader(index);
   std::int32_t count = 0;
   for (auto piece = reader.NextPiece(); !piece.empty() && count < kMostCounted; piece = reader.NextPiece()) {
-    for (const QuestionRecordBytes& bytes : piece) {
+    const auto taken = answers == nullptr ? 0 : std::clamp<std::int64_t>(room - count, 0, std::ssize(piece));
+    for (const QuestionRecordBytes& bytes : piece.first(static_cast<std::size_t>(taken))) {
       const QuestionRecord record = ReadQuestionRecord(bytes.data());
-      if (answers != nullptr && count < room) answers[count] = IsArticle(record) ? -1 : NormalisedAnswer(record);
-      ++count;
+      *answers++ = IsArticle(record) ? -1 : NormalisedAnswer(record);
     }
+    count += static_cast<std::int32_t>(piece.size());
   }
   return count;
 }

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <new>
 
 #include "platform/common/guarded.h"
 #include "tavimo_host.h"
@@ -46,7 +48,7 @@ std::intptr_t ListBox::Add(const char* text) noexcept {
     const char* const line = text ? text : "";
     const std::size_t byteCount = std::strlen(line) + 1;
     if (text_.size() - end_ < byteCount) MakeRoom(byteCount);
-    starts_.push_back(end_);
+    starts_.push_back(static_cast<std::uint32_t>(end_));
     std::memcpy(text_.data() + end_, line, byteCount);
     end_ += byteCount;
     return static_cast<std::intptr_t>(starts_.size() - 1);
@@ -57,9 +59,9 @@ void ListBox::Append(const ListLines& lines) noexcept {
   Guarded(0, [&] {
     if (text_.size() - end_ < lines.byteCount) MakeRoom(lines.byteCount);
     const std::size_t count = starts_.size();
-    if (starts_.capacity() - count < lines.starts.size()) starts_.reserve(2 * (count + lines.starts.size()));
+    starts_.insert(starts_.end(), lines.starts.begin(), lines.starts.end());
+    for (std::size_t i = count; i < starts_.size(); ++i) starts_[i] += static_cast<std::uint32_t>(end_);
     std::memcpy(text_.data() + end_, lines.text, lines.byteCount);
-    for (const std::uint32_t start : lines.starts) starts_.push_back(end_ + start);
     end_ += lines.byteCount;
     return 0;
   });
@@ -67,6 +69,7 @@ void ListBox::Append(const ListLines& lines) noexcept {
 
 void ListBox::MakeRoom(std::size_t byteCount) {
   constexpr std::size_t kLeastRoom = 1024;
+  if (byteCount > std::numeric_limits<std::uint32_t>::max() - end_) throw std::bad_alloc();
   text_.resize(std::max({2 * text_.size(), end_ + byteCount, kLeastRoom}));
 }
 

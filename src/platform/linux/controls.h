@@ -28,7 +28,7 @@ class ListBox {
 
   std::vector<char> text_;  // with room behind its end
   std::size_t end_ = 0;
-  std::vector<std::size_t> starts_;  // of the lines in the text
+  std::vector<std::uint32_t> starts_;  // of the lines in the text, which is full at 4 GiB
 };
 
 class ProgressBar {
