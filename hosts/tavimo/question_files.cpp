@@ -122,11 +122,16 @@ bool IsCurrent(const LessonSession& session, const fs::path& script, const Quest
          HasBytes(InTemp(session, ".scr"), ReadNamed(script, source.encoding).gbk);
 }
 
-ScriptText ReadTitles(const fs::path& file) {
+// Titles that cannot be read are none: the questions are worth showing without them.
+std::optional<ScriptText> ReadTitles(const fs::path& file) {
   try {
-    return ReadScriptText(file, {});
+    ScriptText text = ReadScriptText(file, {});
+    std::cerr << DescribeLost(file, text);
+    return text;
   } catch (const Refusal&) {
-    throw Refusal("the titles of its passages, " + Readable(file) + ", cannot be read; write them in UTF-8 or GBK");
+    std::cerr << "tavimo: the titles of passages, " << Readable(file)
+              << ", cannot be read and are left out; write them in UTF-8 or GBK\n";
+    return {};
   }
 }
 
@@ -134,14 +139,13 @@ ScriptText ReadTitles(const fs::path& file) {
 // read-only.
 void RefreshTitles(const LessonSession& session) {
   const auto source = FileBeside(session.Recording().parent_path() / kTitles, ".txt");
-  std::error_code error;
-  if (!source) {
+  const std::optional<ScriptText> text = source ? ReadTitles(*source) : std::nullopt;
+  if (!text) {
+    std::error_code error;
     fs::remove(kTitles, error);
-    return;
+  } else if (!HasBytes(kTitles, text->gbk)) {
+    WriteNew(fs::absolute(kTitles), text->gbk);
   }
-  const ScriptText text = ReadTitles(*source);
-  std::cerr << DescribeLost(*source, text);
-  if (!HasBytes(kTitles, text.gbk)) WriteNew(fs::absolute(kTitles), text.gbk);
 }
 
 std::size_t Compile(LessonSession& session, const QuestionSource& source) {

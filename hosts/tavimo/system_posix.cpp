@@ -148,7 +148,7 @@ std::filesystem::path UserDataFolder() {
 }
 
 void HoldInterrupts() {
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     // Whoever started the program deaf to a signal, as a shell does in the background, meant it.
     if (std::signal(signal, NoteInterrupt) == SIG_IGN) std::signal(signal, SIG_IGN);
   }

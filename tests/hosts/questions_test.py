@@ -196,6 +196,11 @@ class Quiz(ProgramTest):
         self.assertEqual([line.split()[:3] for line in listed[2:6]],
                          [["1", "question", "1"], ["2", "passage", "1"], ["3", "question", "2"],
                           ["4", "question", "3"]])
+        self.write("Article.TXT", b"[1]\n1=\xff\xff\n")
+        result = self.run_program("questions", "show", "第 1.wav", "3")
+        self.assertIn("passage 1: 文章", result.stdout)
+        self.assertIn("Article.TXT, cannot be read and are left out", result.stderr)
+        os.remove(self.root / "Article.TXT")
         # A name that the engine cannot take: everything is reached by links.
         for extension in ["wav", "SCR", "gif"]:
             os.rename(self.root / f"第 1.{extension}", self.root / f"😀.{extension}")
