@@ -109,7 +109,11 @@ std::int32_t VC_CALL vcGetArticleTxt(char* buffer, std::int32_t index) noexcept 
 }
 
 void VC_CALL vcFillSentenceList(VcWindow list_box) noexcept {
-  exercises::FillSentenceList(State().questionIndex, list_box);
+  exercises::RecordReader reader(State().questionIndex);
+  exercises::ListPiece lines;
+  for (auto piece = reader.NextPiece(); !piece.empty(); piece = reader.NextPiece()) {
+    platform::AddToListBox(list_box, lines.LinesOf(piece));
+  }
 }
 
 std::int32_t VC_CALL vcOpenWzFile(char* path) noexcept {

@@ -4,10 +4,9 @@
 // A back end checks: every handle (null and destroyed ones receive nothing), null texts.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <span>
 
+#include "platform/list_lines.h"
 #include "tavimo.h"
 
 namespace tavimo::platform {
@@ -29,13 +28,6 @@ using WindowProc = std::intptr_t(VC_CALL*)(VcWindow, std::uint32_t, std::uintptr
 // Delivers at once and returns what the window's procedure returns; 0 for no window.
 std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_t wparam,
                            std::intptr_t lparam) noexcept;
-
-// Lines of a list box, one behind another, each with its zero byte.
-struct ListLines {
-  const char* text;
-  std::size_t byteCount;
-  std::span<const std::uint32_t> starts;
-};
 
 // Adds the lines to a list box, as a message for each does. Where nobody stands in front of the list box to see the
 // messages, they may be added without.

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
-#include <new>
 
 #include "platform/common/guarded.h"
 #include "tavimo_host.h"
@@ -47,7 +46,7 @@ std::intptr_t ListBox::Add(const char* text) noexcept {
   return Guarded<std::intptr_t>(kListErrorSpace, [&] {
     const char* const line = text ? text : "";
     const std::size_t byteCount = std::strlen(line) + 1;
-    if (text_.size() - end_ < byteCount) MakeRoom(byteCount);
+    if (!MakeRoom(byteCount)) return kListErrorSpace;
     starts_.push_back(static_cast<std::uint32_t>(end_));
     std::memcpy(text_.data() + end_, line, byteCount);
     end_ += byteCount;
@@ -56,21 +55,23 @@ std::intptr_t ListBox::Add(const char* text) noexcept {
 }
 
 void ListBox::Append(const ListLines& lines) noexcept {
-  Guarded(0, [&] {
-    if (text_.size() - end_ < lines.byteCount) MakeRoom(lines.byteCount);
+  Guarded(false, [&] {
+    if (!MakeRoom(lines.byteCount)) return false;
     const std::size_t count = starts_.size();
     starts_.insert(starts_.end(), lines.starts.begin(), lines.starts.end());
     for (std::size_t i = count; i < starts_.size(); ++i) starts_[i] += static_cast<std::uint32_t>(end_);
     std::memcpy(text_.data() + end_, lines.text, lines.byteCount);
     end_ += lines.byteCount;
-    return 0;
+    return true;
   });
 }
 
-void ListBox::MakeRoom(std::size_t byteCount) {
+bool ListBox::MakeRoom(std::size_t byteCount) {
   constexpr std::size_t kLeastRoom = 1024;
-  if (byteCount > std::numeric_limits<std::uint32_t>::max() - end_) throw std::bad_alloc();
+  if (text_.size() - end_ >= byteCount) return true;
+  if (byteCount > std::numeric_limits<std::uint32_t>::max() - end_) return false;
   text_.resize(std::max({2 * text_.size(), end_ + byteCount, kLeastRoom}));
+  return true;
 }
 
 std::intptr_t ListBox::Length(std::uintptr_t index) const noexcept {

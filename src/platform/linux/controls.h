@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/windows.h"
+#include "platform/list_lines.h"
 
 namespace tavimo::platform {
 
@@ -24,7 +24,8 @@ class ListBox {
   [[nodiscard]] std::intptr_t Length(std::uintptr_t index) const noexcept;
   std::intptr_t CopyTo(std::uintptr_t index, char* text) const noexcept;
 
-  void MakeRoom(std::size_t byteCount);
+  // False beyond what starts can tell.
+  [[nodiscard]] bool MakeRoom(std::size_t byteCount);
 
   std::vector<char> text_;  // with room behind its end
   std::size_t end_ = 0;
