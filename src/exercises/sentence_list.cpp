@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "core/arithmetic.h"
-#include "core/little_endian.h"
 #include "platform/gbk_literal.h"
 
 namespace tavimo::exercises {
@@ -34,25 +33,14 @@ std::size_t Write(const Line& line, char* room) noexcept {
   return line.byteCount;
 }
 
-std::size_t WriteNegative(std::int32_t number, char* room) noexcept {
+}  // namespace
+
+std::size_t NumberedLines::WriteNegative(std::int32_t number, char* room) noexcept {
   constexpr std::string_view kPrefix = "No.";
   std::memcpy(room, kPrefix.data(), kPrefix.size());
   char* const end = std::to_chars(room + kPrefix.size(), room + kListLineRoom - 1, number).ptr;
   *end = '\0';
   return static_cast<std::size_t>(end + 1 - room);
-}
-
-}  // namespace
-
-std::size_t NumberedLines::Write(std::int32_t number, char* room) noexcept {
-  if (number < 0) return WriteNegative(number, room);
-  const auto value = static_cast<std::uint32_t>(number);
-  if (value / 10 != tens_) BeginTens(value / 10);
-  const std::uint64_t digit = value % 10;
-  auto* const bytes = reinterpret_cast<std::uint8_t*>(room);
-  core::WriteU64(bytes, low_ + digit * lowUnit_);
-  core::WriteU64(bytes + sizeof low_, high_ + digit * highUnit_);
-  return byteCount_;
 }
 
 void NumberedLines::BeginTens(std::uint32_t tens) noexcept {

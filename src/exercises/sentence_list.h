@@ -7,6 +7,7 @@
 #include <limits>
 #include <span>
 
+#include "core/little_endian.h"
 #include "exercises/question_index.h"
 #include "exercises/question_record.h"
 #include "platform/list_lines.h"
@@ -22,9 +23,19 @@ inline constexpr std::size_t kListLineRoom =
 class NumberedLines {
  public:
   // Into the room of a line, of which the rest is overwritten too. The bytes of the line with its zero.
-  std::size_t Write(std::int32_t number, char* room) noexcept;
+  std::size_t Write(std::int32_t number, char* room) noexcept {
+    if (number < 0) return WriteNegative(number, room);
+    const auto value = static_cast<std::uint32_t>(number);
+    if (value / 10 != tens_) BeginTens(value / 10);
+    const std::uint64_t digit = value % 10;
+    auto* const bytes = reinterpret_cast<std::uint8_t*>(room);
+    core::WriteU64(bytes, low_ + digit * lowUnit_);
+    core::WriteU64(bytes + sizeof low_, high_ + digit * highUnit_);
+    return byteCount_;
+  }
 
  private:
+  static std::size_t WriteNegative(std::int32_t number, char* room) noexcept;
   void BeginTens(std::uint32_t tens) noexcept;
   void PutInFront(std::uint32_t character) noexcept;
 
