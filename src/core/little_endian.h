@@ -13,6 +13,10 @@ constexpr std::uint32_t ReadU32(const std::uint8_t* bytes) noexcept {
   return ReadU16(bytes) | static_cast<std::uint32_t>(ReadU16(bytes + 2)) << 16;
 }
 
+constexpr std::uint64_t ReadU64(const std::uint8_t* bytes) noexcept {
+  return ReadU32(bytes) | static_cast<std::uint64_t>(ReadU32(bytes + 4)) << 32;
+}
+
 constexpr void WriteU16(std::uint8_t* bytes, std::uint16_t value) noexcept {
   bytes[0] = static_cast<std::uint8_t>(value);
   bytes[1] = static_cast<std::uint8_t>(value >> 8);

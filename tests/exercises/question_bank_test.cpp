@@ -27,6 +27,13 @@ struct Buffer {
   std::string bytes;
 };
 
+std::ptrdiff_t linesSeen = 0;
+
+std::intptr_t VC_CALL CountLines(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) {
+  if (message == TV_LB_ADDSTRING) ++linesSeen;
+  return tvDefaultProc(window, message, wparam, lparam);
+}
+
 class QuestionBank : public EngineTest {
  protected:
   // Opens a bank that is written out by hand.
@@ -274,6 +281,17 @@ TEST_F(QuestionBank, ListsItemsNumberedInWhateverOrder) {
   WriteText("x.tst", index);
   ASSERT_EQ(vcOpenQuestionIdx("x.tst", nullptr), 20000);
   EXPECT_EQ(Lines(), lines);
+  const Window hooked(TV_LIST_BOX, nullptr, &CountLines);
+  linesSeen = 0;
+  vcFillSentenceList(hooked);
+  EXPECT_EQ(LinesOf(hooked), lines);
+  EXPECT_EQ(linesSeen, std::ssize(lines)) << "a host in front of its list box sees every line";
+
+  record.type = 7;
+  const exercises::QuestionRecordBytes unknown = exercises::WriteQuestionRecord(record);
+  WriteText("x.tst", std::string(unknown.begin(), unknown.end()));
+  ASSERT_EQ(vcOpenQuestionIdx("x.tst", nullptr), 1);
+  EXPECT_TRUE(Lines().empty());
 }
 
 }  // namespace

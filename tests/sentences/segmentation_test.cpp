@@ -82,18 +82,20 @@ Starts PlainRule(const Bytes& levels, int threshold, std::size_t length) {
 
 TEST_F(Segmentation, AgreesWithTheRuleOfTheRing) {
   std::mt19937 random(4);
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < 90; ++round) {
+    const int threshold = round % 3 == 0 ? 10 : static_cast<int>(random() % 258);
     Bytes levels(random() % 40000);
     int level = 0;
     for (auto& value : levels) {
-      if (random() % 6 == 0) level = static_cast<int>(random() % 30);
+      if (random() % 6 == 0) level = static_cast<int>(random() % std::min(256, 2 * threshold + 2));
       value = static_cast<std::uint8_t>(level);
     }
-    const std::size_t length = 1 + random() % (round % 2 == 0 ? 8 : 60);
+    const std::size_t length = 1 + random() % (round % 2 == 0 ? 10 : 60);
     Open(levels);
-    const Starts expected = PlainRule(levels, 10, length);
-    EXPECT_EQ(Cut(10, static_cast<std::int32_t>(length)), static_cast<std::int32_t>(expected.size()));
-    EXPECT_EQ(StartsIn("tmp.sen"), expected) << levels.size() << " levels, silence " << length;
+    const Starts expected = PlainRule(levels, threshold, length);
+    EXPECT_EQ(Cut(threshold, static_cast<std::int32_t>(length)), static_cast<std::int32_t>(expected.size()));
+    EXPECT_EQ(StartsIn("tmp.sen"), expected)
+        << levels.size() << " levels, threshold " << threshold << ", silence " << length;
   }
 }
 

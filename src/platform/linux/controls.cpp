@@ -55,6 +55,7 @@ std::intptr_t ListBox::Add(const char* text) noexcept {
 }
 
 void ListBox::Append(const ListLines& lines) noexcept {
+  if (lines.starts.empty()) return;
   Guarded(false, [&] {
     if (!MakeRoom(lines.byteCount)) return false;
     const std::size_t count = starts_.size();
