@@ -59,18 +59,17 @@ Measurement MeasureCapture(const Inputs&) {
   const std::vector<std::uint8_t> block = Block();
   Recording recording;
   BlockFile limit("limit.wav");
-  std::vector<double> seconds;
-  std::vector<double> limitSeconds;
-  seconds.reserve(kBlocksOfAnHour);
-  limitSeconds.reserve(kBlocksOfAnHour);
+  std::vector<double> seconds(kBlocksOfAnHour);
+  std::vector<double> limitSeconds(kBlocksOfAnHour);
+  std::int64_t sum = 0;
   Measurement result;
   result.byteCount = kBlockBytes;
-  result.peakBytes = PeakBytesOf([&] { recording.HandleBlock(block); });
-  std::int64_t sum = 0;
-  for (int i = 0; i < kBlocksOfAnHour; ++i) {
-    limitSeconds.push_back(SecondsOf([&] { sum += limit.Append(block); }));
-    seconds.push_back(recording.HandleBlock(block));
-  }
+  result.peakBytes = PeakBytesOf([&] {
+    for (std::size_t i = 0; i < seconds.size(); ++i) {
+      limitSeconds[i] = SecondsOf([&] { sum += limit.Append(block); });
+      seconds[i] = recording.HandleBlock(block);
+    }
+  });
   Expect(sum > 0, "the limit's sum");
   result.seconds = Median(seconds);
   result.limitSeconds = Median(limitSeconds);
@@ -85,11 +84,13 @@ Measurement MeasureBesideWorker(const Inputs&) {
   const std::vector<std::uint8_t> block = Block();
   Recording recording;
   std::vector<double> seconds;
-  for (int digests = 0; digests < 5; ++digests) {
-    Expect(vcMakeDigestFile(kStereoHour, kStereoHour, "temp\\stereo.tmp") == 1, "vcMakeDigestFile");
-    while (vcGetMakeDigestPercentage() != kDone) seconds.push_back(recording.HandleBlock(block));
-  }
   Measurement result;
+  result.peakBytes = PeakBytesOf([&] {
+    for (int digests = 0; digests < 5; ++digests) {
+      Expect(vcMakeDigestFile(kStereoHour, kStereoHour, "temp\\stereo.tmp") == 1, "vcMakeDigestFile");
+      while (vcGetMakeDigestPercentage() != kDone) seconds.push_back(recording.HandleBlock(block));
+    }
+  });
   result.byteCount = kBlockBytes;
   result.seconds = Median(seconds);
   result.tailSeconds = Quantile(seconds, kTail);

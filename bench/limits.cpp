@@ -81,7 +81,11 @@ void KeepEverySecondSample(const char* from, const char* to) {
   static std::vector<std::uint16_t> kept(kPieceBytes / 4);
   for (ssize_t got = 0; (got = read(source, piece.data(), piece.size())) > 0;) {
     const auto frames = static_cast<std::size_t>(got) / 4;
-    for (std::size_t i = 0; i < frames; ++i) std::memcpy(&kept[i], piece.data() + 4 * i, 2);
+    for (std::size_t i = 0; i < frames; ++i) {
+      std::uint32_t frame = 0;
+      std::memcpy(&frame, piece.data() + 4 * i, sizeof frame);
+      kept[i] = static_cast<std::uint16_t>(frame);  // its left sample comes first: the machine is little-endian
+    }
     WriteAll(target, reinterpret_cast<const char*>(kept.data()), 2 * frames);
   }
 }

@@ -4,13 +4,18 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <map>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "job.h"
@@ -36,10 +41,22 @@ struct Settings {
   std::vector<std::string> names;
   double share = 1;
   double gross = 1;
+  bool isHelp = false;
   bool isScaled = false;
   bool isListed = false;
   Format format = Format::Table;
 };
+
+volatile std::sig_atomic_t endingSignal = 0;
+
+// The inputs lie in memory, up to a gigabyte of them: whoever ends the program must not leave them there.
+void HoldSignals() {
+  struct sigaction action {};
+  action.sa_handler = [](int signal) { endingSignal = signal; };  // no SA_RESTART: waiting ends too
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+}
+
+struct Ended {};
 
 struct Answer {
   Measurement measured;
@@ -57,13 +74,14 @@ Answer Measure(const Job& job, const Inputs& inputs) {
   return answer;
 }
 
-Outcome Run(const Job& job, Inputs& inputs) {
-  for (const Input input : job.inputs) inputs.Make(input);
+Answer MeasureInChild(const Job& job, const Inputs& inputs) {
   int ends[2];
   if (pipe(ends) != 0) throw std::runtime_error("no pipe is to be had");
   std::fflush(stdout);
   const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("no process is to be had");
   if (child == 0) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, SIG_DFL);
     const Answer answer = Measure(job, inputs);
     _exit(write(ends[1], &answer, sizeof answer) == static_cast<ssize_t>(sizeof answer) ? 0 : 1);
   }
@@ -73,8 +91,20 @@ Outcome Run(const Job& job, Inputs& inputs) {
     std::strcpy(answer.failure, "it crashed");
   }
   close(ends[0]);
-  waitpid(child, nullptr, 0);
+  if (endingSignal != 0) kill(child, SIGKILL);
+  while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+  }
+  if (endingSignal != 0) throw Ended();
+  return answer;
+}
+
+Outcome Run(const Job& job, Inputs& inputs) try {
+  for (const Input input : job.inputs) inputs.Make(input);
+  if (endingSignal != 0) throw Ended();
+  const Answer answer = MeasureInChild(job, inputs);
   return {&job, answer.measured, answer.failure};
+} catch (const std::exception& error) {
+  return {&job, {}, error.what()};
 }
 
 std::vector<Job> AllJobs() {
@@ -106,6 +136,9 @@ int RunAtOneSize(const std::vector<Job>& jobs, const Settings& settings) {
 
 int RunAtThreeSizes(const std::vector<Job>& jobs) {
   std::map<std::string, std::vector<Outcome>> outcomes;
+  if (std::none_of(jobs.begin(), jobs.end(), [](const Job& job) { return job.growth == Growth::Proportional; })) {
+    throw std::invalid_argument("no job of that name grows with its input");
+  }
   for (const double share : {0.01, 0.1, 1.0}) {
     Inputs inputs(share);
     for (const Job& job : jobs) {
@@ -119,18 +152,29 @@ int RunAtThreeSizes(const std::vector<Job>& jobs) {
   return areWithin ? 0 : 1;
 }
 
+double NumberIn(const std::string& option, std::string_view text, double least, double most) {
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error == std::errc() && end == text.data() + text.size() && number >= least && number <= most) return number;
+  std::ostringstream message;
+  message << option << " needs a number from " << least << " to " << most;
+  throw std::invalid_argument(message.str());
+}
+
 Settings Parse(int argc, char** argv) {
+  constexpr double kLargestShare = 4;  // a wave file's lengths have 32 bits
   Settings settings;
+  bool isDefault = true;
   for (int i = 1; i < argc; ++i) {
     const std::string word = argv[i];
-    const auto number = [&] {
-      if (++i == argc || std::atof(argv[i]) <= 0) throw std::invalid_argument(word + " needs a number above 0");
-      return std::atof(argv[i]);
-    };
+    const auto value = [&] { return std::string_view(++i < argc ? argv[i] : ""); };
+    isDefault = isDefault && (word == "--scale" || !word.starts_with("-"));
     if (word == "--size") {
-      settings.share = number();
+      settings.share = NumberIn(word, value(), 0.001, kLargestShare);
     } else if (word == "--gross") {
-      settings.gross = number();
+      settings.gross = NumberIn(word, value(), 1, 1000);
+    } else if (word == "--help") {
+      settings.isHelp = true;
     } else if (word == "--scale") {
       settings.isScaled = true;
     } else if (word == "--json") {
@@ -143,11 +187,15 @@ Settings Parse(int argc, char** argv) {
       settings.names.push_back(word);
     }
   }
+  if (settings.isScaled && !isDefault)
+    throw std::invalid_argument("--scale takes the names of jobs and no other option");
   return settings;
 }
 
 int Main(int argc, char** argv) try {
   const Settings settings = Parse(argc, argv);
+  if (settings.isHelp) return std::fputs(kUsage, stdout) >= 0 ? 0 : 1;
+  HoldSignals();
   const std::vector<Job> jobs = ChosenJobs(settings.names);
   if (jobs.empty()) throw std::invalid_argument("no job of that name; --list names them");
   if (settings.isListed) {
@@ -158,6 +206,9 @@ int Main(int argc, char** argv) try {
 } catch (const std::invalid_argument& error) {
   std::cerr << "tavimo_bench: " << error.what() << '\n' << kUsage;
   return 2;
+} catch (const Ended&) {
+  std::signal(endingSignal, SIG_DFL);
+  return std::raise(endingSignal);
 } catch (const std::exception& error) {
   std::cerr << "tavimo_bench: " << error.what() << '\n';
   return 1;

@@ -19,16 +19,6 @@ constexpr int kFewestRounds = 5;
 constexpr int kMostRounds = 61;
 constexpr double kEnoughSeconds = 3;
 
-// A line of the process's status, in bytes.
-std::int64_t StatusBytes(std::string_view key) {
-  std::ifstream status("/proc/self/status");
-  for (std::string word; status >> word;) {
-    std::int64_t kibibytes = 0;
-    if (word == key && status >> kibibytes) return kibibytes * 1024;
-  }
-  return 0;
-}
-
 // Keeps the times of the single repetitions, by the benchmark's place.
 class RepetitionTimes final : public benchmark::BenchmarkReporter {
  public:
@@ -58,6 +48,15 @@ Measurement WithTimes(Measurement result, const std::vector<double>& seconds, co
 
 }  // namespace
 
+std::int64_t StatusBytes(const std::string& process, std::string_view key) {
+  std::ifstream status("/proc/" + process + "/status");
+  for (std::string word; status >> word;) {
+    std::int64_t kibibytes = 0;
+    if (word == key && status >> kibibytes) return kibibytes * 1024;
+  }
+  return 0;
+}
+
 double SecondsOf(const Work& work) {
   const auto begin = std::chrono::steady_clock::now();
   work();
@@ -73,9 +72,9 @@ double Quantile(std::vector<double> values, double share) {
 std::int64_t PeakBytesOf(const Work& work) {
   malloc_trim(0);
   std::ofstream("/proc/self/clear_refs") << 5;  // the peak begins anew at what is resident now
-  const std::int64_t before = StatusBytes("VmRSS:");
+  const std::int64_t before = StatusBytes("self", "VmRSS:");
   work();
-  return std::max<std::int64_t>(StatusBytes("VmHWM:") - before, 0);
+  return std::max<std::int64_t>(StatusBytes("self", "VmHWM:") - before, 0);
 }
 
 Measurement MeasureBulk(const Contest& contest) {

@@ -4,11 +4,15 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace tavimo::bench {
 
 using Work = std::function<void()>;
+
+inline constexpr std::int64_t kNotMeasured = -1;
 
 struct Measurement {
   double seconds = 0;            // median of the runs
@@ -17,7 +21,8 @@ struct Measurement {
   double tailSeconds = 0;        // what 999 of 1000 runs stay within; 0: not asked for
   double slowerThanSibling = 0;  // times another way of the same job; 0: not asked for
   std::int64_t byteCount = 0;    // that one run goes through
-  std::int64_t peakBytes = 0;    // resident memory beyond what the process had before its first run
+  // Resident memory beyond what the process had before its first run; -1: not measured.
+  std::int64_t peakBytes = kNotMeasured;
 };
 
 // A job and its limit. prepare comes before each run of either and is not measured; prepare and limit may be empty.
@@ -37,6 +42,9 @@ struct Contest {
 
 // The most resident memory while work runs, beyond what there was before.
 [[nodiscard]] std::int64_t PeakBytesOf(const Work& work);
+
+// A line of a process's status in bytes, by the process's number or "self"; 0 without one.
+[[nodiscard]] std::int64_t StatusBytes(const std::string& process, std::string_view key);
 
 [[nodiscard]] double SecondsOf(const Work& work);
 

@@ -47,25 +47,29 @@ std::string Terms(const Job& job, const Measurement& measured) {
 void PrintLine(const Job& job, const Measurement& measured, bool isWithin) {
   const std::string speed = measured.byteCount > 0 ? Number("%.0f MB/s", MegabytesPerSecond(measured)) : "";
   const std::string times = measured.times > 0 ? Number("%.2f x", measured.times) : "";
-  std::printf("%-22s %-46s %9s %11s %7s %6.1f MiB  %-10s %s\n", job.name, job.what, Time(measured.seconds).c_str(),
-              speed.c_str(), times.c_str(), static_cast<double>(measured.peakBytes) / kMebibyte,
-              isWithin ? "within" : "NOT WITHIN", Terms(job, measured).c_str());
+  const std::string memory =
+      measured.peakBytes == kNotMeasured ? "" : Number("%.1f MiB", static_cast<double>(measured.peakBytes) / kMebibyte);
+  std::printf("%-22s %-46s %9s %11s %7s %10s  %-10s %s\n", job.name, job.what, Time(measured.seconds).c_str(),
+              speed.c_str(), times.c_str(), memory.c_str(), isWithin ? "within" : "NOT WITHIN",
+              Terms(job, measured).c_str());
 }
 
 void PrintJson(const Job& job, const Measurement& measured, bool isWithin) {
   std::printf(
       "  {\"job\": \"%s\", \"what\": \"%s\", \"seconds\": %.9g, \"limitSeconds\": %.9g, \"bytes\": %lld, "
-      "\"timesLimit\": %.4g, \"mostTimesLimit\": %g, \"mostSeconds\": %g, \"tailSeconds\": %.9g, "
+      "\"timesLimit\": %.4g, \"mostTimesLimit\": %g, \"timesSibling\": %.4g, \"mostTimesSibling\": %g, "
+      "\"mostSeconds\": %g, \"tailSeconds\": %.9g, "
       "\"mostTailSeconds\": %g, \"peakBytes\": %lld, \"within\": %s}",
       job.name, job.what, measured.seconds, measured.limitSeconds, static_cast<long long>(measured.byteCount),
-      measured.times, job.mostTimes, job.mostSeconds, measured.tailSeconds, job.mostTailSeconds,
-      static_cast<long long>(measured.peakBytes), isWithin ? "true" : "false");
+      measured.times, job.mostTimes, measured.slowerThanSibling, job.mostTimesSibling, job.mostSeconds,
+      measured.tailSeconds, job.mostTailSeconds, static_cast<long long>(measured.peakBytes),
+      isWithin ? "true" : "false");
 }
 
 }  // namespace
 
 double ShareOfBudget(const Job& job, const Measurement& measured) {
-  double share = static_cast<double>(measured.peakBytes) / kMostPeakBytes;
+  double share = static_cast<double>(std::max<std::int64_t>(measured.peakBytes, 0)) / kMostPeakBytes;
   const auto hold = [&](double value, double most) {
     if (most > 0) share = std::max(share, value / most);
   };
@@ -120,10 +124,12 @@ bool PrintGrowth(const Job& job, const std::vector<Outcome>& sizes) {
   const Measurement& small = sizes.front().measured;
   const Measurement& large = sizes.back().measured;
   const double inputGrowth = static_cast<double>(large.byteCount) / static_cast<double>(small.byteCount);
-  const double growth = std::min(large.seconds / small.seconds / inputGrowth, large.times / small.times);
-  std::printf("  %5.2f  %s\n", growth, growth <= kMostGrowth ? "within" : "NOT WITHIN");
+  const double perByte = large.seconds / small.seconds / inputGrowth;
+  const double besideLimit = large.times / small.times;
+  const bool isWithin = std::min(perByte, besideLimit) <= kMostGrowth;
+  std::printf("  %5.2f a byte, %5.2f beside the limit  %s\n", perByte, besideLimit, isWithin ? "within" : "NOT WITHIN");
   std::fflush(stdout);
-  return growth <= kMostGrowth;
+  return isWithin;
 }
 
 }  // namespace tavimo::bench

@@ -25,7 +25,6 @@ class Report {
 
   // How many times the budget the worst job took; a job that failed counts as endless.
   [[nodiscard]] double Worst() const { return worst_; }
-  [[nodiscard]] bool AllWithin() const { return within_ == jobs_; }
 
  private:
   Format format_;

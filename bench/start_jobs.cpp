@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -74,7 +75,9 @@ Measurement MeasureVersion(const Inputs&) {
     int status = 1;
     Expect(waitpid(StartProgram({"--version"}, STDERR_FILENO), &status, 0) > 0 && status == 0, "tavimo --version");
   };
-  return MeasureBulk({run, {}, 0, {}});
+  Measurement result = MeasureBulk({run, {}, 0, {}});
+  result.peakBytes = kNotMeasured;  // it would be this process's
+  return result;
 }
 
 // The last word of the line that begins with a word; empty without one.
@@ -94,7 +97,12 @@ std::string LastWordOfLine(FILE* lines, const std::string& firstWord) {
 }
 
 // By the program's own stopwatch, to its first picture; what it does with the lesson after that is cut short.
-double SecondsToFirstPicture(const std::string& recording) {
+struct LessonStart {
+  double seconds = 0;
+  std::int64_t peakBytes = 0;  // of the whole program
+};
+
+LessonStart StartLesson(const std::string& recording) {
   std::filesystem::remove_all("home");
   int ends[2];
   Expect(pipe(ends) == 0, "pipe");
@@ -102,18 +110,23 @@ double SecondsToFirstPicture(const std::string& recording) {
   close(ends[1]);
   const std::unique_ptr<FILE, int (*)(FILE*)> lines(fdopen(ends[0], "r"), fclose);
   const std::string milliseconds = LastWordOfLine(lines.get(), "picture");
+  const std::int64_t peakBytes = StatusBytes(std::to_string(child), "VmHWM:");
   kill(child, SIGKILL);
   waitpid(child, nullptr, 0);
   Expect(!milliseconds.empty(), "tavimo lesson --timing");
-  return std::strtod(milliseconds.c_str(), nullptr) * 1e-3;
+  return {std::strtod(milliseconds.c_str(), nullptr) * 1e-3, peakBytes};
 }
 
 // Digest, cut, study file and picture of a recording that was never opened before.
 Measurement MeasureLesson(const Inputs& inputs) {
   constexpr int kRounds = 9;
   std::vector<double> seconds;
-  for (int i = 0; i < kRounds; ++i) seconds.push_back(SecondsToFirstPicture((inputs.Folder() / kHour).string()));
   Measurement result;
+  for (int i = 0; i < kRounds; ++i) {
+    const LessonStart start = StartLesson((inputs.Folder() / kHour).string());
+    seconds.push_back(start.seconds);
+    result.peakBytes = std::max(result.peakBytes, start.peakBytes);
+  }
   result.seconds = Median(seconds);
   return result;
 }

@@ -6,7 +6,7 @@ namespace tavimo::pages {
 
 namespace {
 
-// Without short cuts, so that the compiler counts many bytes at once.
+// The rule: IsLetter or IsDigit. Without short cuts, so that the compiler counts many bytes at once.
 constexpr std::uint8_t WordBit(std::uint8_t byte) noexcept {
   const auto isLetter = static_cast<std::uint8_t>(IsLetter(byte));
   const auto isDigit = static_cast<std::uint8_t>(IsDigit(byte));
@@ -15,6 +15,8 @@ constexpr std::uint8_t WordBit(std::uint8_t byte) noexcept {
 
 }  // namespace
 
+// The rule: a word begins at each word byte behind one that is none. Every second edge between the two kinds is such a
+// beginning.
 void WordCounter::Add(std::span<const std::uint8_t> text) noexcept {
   if (text.empty()) return;
   const std::uint8_t* byte = text.data();

@@ -35,9 +35,9 @@ class Font {
  public:
   static constexpr int kMaxPixelHeight = 1000;
 
-  // Null when no font of that family is installed that has Chinese characters, or the font libraries are missing. The search would else come back with any
-  // other font, and a page would be laid out in one that nobody chose. "sans-serif", "serif" and "monospace" stand for
-  // whatever the system has.
+  // Null when no font of that family is installed that has Chinese characters, or the font libraries are missing. The
+  // search would else come back with any other font, and a page would be laid out in one that nobody chose. "sans-serif",
+  // "serif" and "monospace" stand for whatever the system has.
   [[nodiscard]] static std::unique_ptr<Font> Load(const char* family, int pixelHeight);
 
   [[nodiscard]] int Ascent() const noexcept { return ascent_; }

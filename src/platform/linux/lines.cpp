@@ -82,7 +82,8 @@ void PaintSteps(std::uint32_t* pixels, Range steps, const Axis& major, const Axi
   }
 }
 
-// A waveform is a thousand lines along an axis: their pixels are a range, and nothing needs to be worked out for each.
+// The rule is that of any line (PaintSlanted): a pixel for each step that lies inside the picture. A waveform is a
+// thousand lines along an axis: their pixels are a range, and nothing needs to be worked out for each.
 void PaintAlongAxis(std::uint32_t* pixels, const Axis& axis, std::uint32_t value) noexcept {
   Range steps = StepsInside(axis);
   steps.end = std::min(steps.end, axis.length);

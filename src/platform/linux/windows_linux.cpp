@@ -88,6 +88,7 @@ std::intptr_t SendToWindow(VcWindow window, std::uint32_t message, std::uintptr_
 }
 
 void AddToListBox(VcWindow listBox, const ListLines& lines) noexcept {
+  // The rule: a message for each line. A block says the same where the kind's own procedure alone would see them.
   Window* found = TheDesktop().windows.Find(listBox);
   if (found && found->procedure == &DefaultWindowProc && found->kind == WindowKind::ListBox) {
     return found->listBox.Append(lines);
