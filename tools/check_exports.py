@@ -155,6 +155,18 @@ def dll_listing(dll):
     return exported, imported
 
 
+def import_rows(path, imported, known):
+    """Every function that is imported must be known to be there, on the oldest system that counts."""
+    if not imported:
+        yield path, 1, 'imports nothing, which cannot be'
+    for library, functions in imported.items():
+        if not functions:
+            yield path, 1, f'the functions imported from {library} cannot be read'
+        for name in functions:
+            if f'{library} {name}' not in known:
+                yield path, 1, f'imports {name} from {library}, which {IMPORTS} does not have'
+
+
 def dll_rows(exports, dll):
     """What is wrong with a DLL: its names, undecorated; its second names; what it imports."""
     found = dll_listing(dll)
@@ -168,21 +180,24 @@ def dll_rows(exports, dll):
     for export in exports:
         if export.alias_of and exported.get(export.name) != exported.get(export.alias_of):
             yield dll, 1, f'{export.name} and {export.alias_of} are not the same entry'
-    known = set(house.read(IMPORTS).split('\n'))
-    if not imported:
-        yield dll, 1, 'imports nothing, which cannot be'
-    for library, functions in imported.items():
-        if not functions:
-            yield dll, 1, f'the functions imported from {library} cannot be read'
-        for name in functions:
-            if f'{library} {name}' not in known:
-                yield dll, 1, f'imports {name} from {library}, which {IMPORTS} does not have'
+    yield from import_rows(dll, imported, set(house.read(IMPORTS).split('\n')))
+
+
+def program_rows(exports, program):
+    """What is wrong with a program for Windows: it imports the system's functions and the engine's, by undecorated names."""
+    found = dll_listing(program)
+    if found is None:
+        yield program, 1, 'cannot be read: build it first'
+        return
+    own = {f'tavimo.dll {e.name}' for e in exports if e.built}
+    yield from import_rows(program, found[1], own.union(house.read(IMPORTS).split('\n')))
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument('--library', help='the built library; without it, table and header alone are compared')
     parser.add_argument('--dll', help='a built tavimo.dll')
+    parser.add_argument('--program', help='a program built for Windows that uses it')
     arguments = parser.parse_args()
     library = arguments.library
     exports = read_table(house.ROOT / TABLE)
@@ -193,6 +208,8 @@ def main():
         rows += library_rows(exports, library)
     if arguments.dll:
         rows += dll_rows(exports, arguments.dll)
+    if arguments.program:
+        rows += program_rows(exports, arguments.program)
     house.report(rows)
 
 

@@ -104,6 +104,12 @@ CALLED = [
     ([('.cpp', 'vcA();'), ('.py', 'call("vcB")\n')], 0),
 ]
 
+KNOWN_IMPORTS = {'kernel32.dll Sleep', 'tavimo.dll vcA'}
+IMPORTS = [
+    ({'kernel32.dll': ['Sleep'], 'tavimo.dll': ['vcA']}, 0), ({'kernel32.dll': ['Sleep', 'WaitOnAddress']}, 1),
+    ({'api-ms-win-core-synch-l1-2-0.dll': ['Sleep']}, 1), ({'kernel32.dll': []}, 1), ({}, 1),
+]
+
 
 class Checkers(unittest.TestCase):
     def test_functions_are_found_with_their_lines(self):
@@ -139,6 +145,11 @@ class Checkers(unittest.TestCase):
         for texts, expected in CALLED:
             with self.subTest(texts):
                 self.assertEqual(len(list(check_exports.test_rows(TABLE, texts))), expected)
+
+    def test_imports_that_an_old_system_lacks_are_found(self):
+        for imported, expected in IMPORTS:
+            with self.subTest(imported):
+                self.assertEqual(len(list(check_exports.import_rows('x.dll', imported, KNOWN_IMPORTS))), expected)
 
     def test_blanking_keeps_the_numbers_of_lines(self):
         text = 'a /* b\n c */ "d\\"e" // f\ng'

@@ -104,6 +104,8 @@ def calls(exports):
 class Function(NamedTuple):
     """A function as its wrapper needs it: an export, or one of the kit's."""
     name: str
+    symbol: str  # as the linker sees it
+    convention: str
     result: str  # C type
     types: list  # C types of the arguments
     arguments: list
@@ -134,11 +136,15 @@ def kit_functions(header):
             continue
         pairs = [' '.join(p.split()).rpartition(' ')[::2] for p in parameters.split(',') if p != 'void']
         pairs = [(c + '*', n) if n.endswith(']') else (c, n) for c, n in pairs]
-        yield Function(name, result.strip(), [c for c, _ in pairs], [kit_argument(c, n) for c, n in pairs])
+        yield Function(name, name, '', result.strip(), [c for c, _ in pairs], [kit_argument(c, n) for c, n in pairs])
 
 
-def functions(exports, header):
-    built = [Function(e.name, C_TYPES.get(e.result, 'void'), [c_type(a) for a in e.arguments], e.arguments) for e in exports]
+def functions(exports, header, pointer_bytes):
+    """The exports, decorated where the system decorates them, and the kit's functions."""
+    def symbol(e):
+        return f'{e.name}@{e.stack_bytes}' if pointer_bytes == 4 else e.name
+    built = [Function(e.name, symbol(e), 'VC_CALL ', C_TYPES.get(e.result, 'void'), [c_type(a) for a in e.arguments],
+                      e.arguments) for e in exports]
     return built + list(kit_functions(header))
 
 
@@ -185,17 +191,18 @@ def wrapper(function):
     else:
         result = RESULTS.get(function.result, 'std::to_string(result)')
         body = f'const auto result = {call}; TraceCall("{function.name}", {{{texts}}}, {result}); return result;'
-    return (f'{function.result} __real_{function.name}({declared}) VC_NOEXCEPT;\n'
-            f'{function.result} __wrap_{function.name}({declared}) VC_NOEXCEPT {{\n'
+    head = f'{function.result} {function.convention}'
+    return (f'{head}__real_{function.name}({declared}) VC_NOEXCEPT;\n'
+            f'{head}__wrap_{function.name}({declared}) VC_NOEXCEPT {{\n'
             f'  if (!isTracing) return {call};\n  {before} {body}\n}}\n')
 
 
-def wrappers(exports, header):
-    return '// Made from the table of exports; do not edit.\n' + ''.join(map(wrapper, functions(exports, header)))
+def wrappers(wrapped):
+    return '// Made from the table of exports; do not edit.\n' + ''.join(map(wrapper, wrapped))
 
 
-def wrap_options(exports, header):
-    return ''.join(f'--wrap={f.name}\n' for f in functions(exports, header))
+def wrap_options(wrapped):
+    return ''.join(f'--wrap={function.symbol}\n' for function in wrapped)
 
 
 def main():
@@ -206,12 +213,14 @@ def main():
     parser.add_argument('--kit', help="the host kit's header, for the wrappers")
     parser.add_argument('--wrappers')
     parser.add_argument('--wrap-options')
+    parser.add_argument('--pointer-bytes', type=int, default=8, help='4 for 32-bit Windows, whose names are decorated')
     arguments = parser.parse_args()
     exports = [e for e in read_table(arguments.table) if e.built]
     header = Path(arguments.kit).read_text(encoding='utf-8') if arguments.kit else ''
+    wrapped = functions(exports, header, arguments.pointer_bytes)
     outputs = {arguments.python: lambda: python_module(exports), arguments.calls: lambda: calls(exports),
-               arguments.wrappers: lambda: wrappers(exports, header),
-               arguments.wrap_options: lambda: wrap_options(exports, header)}
+               arguments.wrappers: lambda: wrappers(wrapped),
+               arguments.wrap_options: lambda: wrap_options(wrapped)}
     for path, make in outputs.items():
         if path:
             Path(path).write_text(make(), encoding='ascii')

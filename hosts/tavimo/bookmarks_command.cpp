@@ -6,17 +6,13 @@
 #include "options.h"
 #include "refusal.h"
 #include "sentence_stretch.h"
-#include "system.h"
 #include "text.h"
 
 namespace tavimo::host {
 
 namespace {
 
-std::string LabelOf(const Bookmark& bookmark) {
-  const auto utf8 = Utf8FromEncoding(bookmark.gbkLabel, "GB18030");
-  return utf8 ? ReadableText(*utf8) : ReadableText(bookmark.gbkLabel);
-}
+std::string LabelOf(const Bookmark& bookmark) { return ReadableText(Utf8FromGbk(bookmark.gbkLabel)); }
 
 void List(const std::vector<Bookmark>& bookmarks) {
   if (bookmarks.empty()) {

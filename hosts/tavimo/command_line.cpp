@@ -1,6 +1,7 @@
 // Puts the families of commands together, and says what was probably meant where the words make no sense.
 #include "command_line.h"
 
+#include <algorithm>
 #include <iostream>
 
 #include "grammar.h"
@@ -21,11 +22,14 @@ constexpr const char* kAbout =
     "Recordings are PCM wave files of 8 or 16 bits, mono or stereo; tavimo import makes them of MP3, Ogg, FLAC and\n"
     "other kinds, and tavimo lesson does so by itself.";
 
-constexpr const char* kFooter =
+constexpr const char* kFooterStart =
     "\nEverything about a recording is kept in a folder of its own, HOME/lessons/NAME-HASH: its digest in temp, its\n"
     "study file in zud, the learner's voice in takes. The hash is that of the recording's full path, so recordings of\n"
     "one name in different folders keep apart, and one that is moved starts anew. A recording whose name the engine\n"
-    "cannot take is reached by a link in alias. HOME is the person's data folder (~/.local/share/tavimo) unless\n"
+    "cannot take is reached by a link in alias. HOME is the person's data folder (";
+
+constexpr const char* kFooterEnd =
+    ") unless\n"
     "--home names another.\n"
     "\nExit codes: 0 done, 1 refused (the reason is on standard error), 2 wrong usage.";
 
@@ -33,7 +37,8 @@ class CommandLine {
  public:
   CommandLine() : grammar_{CLI::App(kAbout, "tavimo"), {}, {}} {
     CLI::App& app = grammar_.app;
-    app.require_subcommand(0, 1);  // a missing one is told apart from a misspelled one below
+    app.allow_windows_style_options(false);  // one grammar on every system, and a path may begin with a slash
+    app.require_subcommand(0, 1);            // a missing one is told apart from a misspelled one below
     app.fallthrough();
     app.set_version_flag("--version", "tavimo " TAVIMO_VERSION);
     app.add_option("--home", grammar_.words.home, "The folder for everything that is kept")->type_name("DIR");
@@ -43,13 +48,16 @@ class CommandLine {
     AddHostCommands(grammar_);
     AddExerciseCommands(grammar_);
     AddPageCommands(grammar_);
-    app.footer(kFooter);  // last, or every command's help would repeat it
+    app.footer(std::string(kFooterStart)
+                   .append(kUserDataFolder)
+                   .append(kFooterEnd));  // last, or every command's help would repeat it
   }
 
-  ParsedCommandLine Parse(int argc, char** argv) {
+  ParsedCommandLine Parse(std::vector<std::string> words) {
     CLI::App& app = grammar_.app;
+    std::reverse(words.begin(), words.end());  // the parser takes them from the end
     try {
-      app.parse(argc, argv);
+      app.parse(std::move(words));
     } catch (const CLI::Success& helpOrVersion) {
       app.exit(helpOrVersion);
       return {};
@@ -138,6 +146,6 @@ class CommandLine {
 
 }  // namespace
 
-ParsedCommandLine ParseCommandLine(int argc, char** argv) { return CommandLine().Parse(argc, argv); }
+ParsedCommandLine ParseCommandLine(std::vector<std::string> words) { return CommandLine().Parse(std::move(words)); }
 
 }  // namespace tavimo::host

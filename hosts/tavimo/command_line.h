@@ -1,7 +1,9 @@
-// From the words of the command line to options; help, and errors that name what was probably meant.
+// From the words of the command line (without the program's name, in UTF-8) to options; help, and errors that name what was probably meant.
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "options.h"
 
@@ -12,6 +14,6 @@ struct ParsedCommandLine {
   int exitCode = kDone;
 };
 
-[[nodiscard]] ParsedCommandLine ParseCommandLine(int argc, char** argv);
+[[nodiscard]] ParsedCommandLine ParseCommandLine(std::vector<std::string> words);
 
 }  // namespace tavimo::host

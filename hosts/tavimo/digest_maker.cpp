@@ -53,7 +53,9 @@ std::vector<std::uint8_t> MakePeak(const LessonSession& session, ProgressBar& pr
   TraceNote("the program makes " + Readable(session.DigestPath().filename()) +
             " itself, of the loudest samples; with --exact the engine makes it");
   // The time from before the reading: a recording that changes meanwhile leaves a digest that is not current.
-  const fs::file_time_type time = fs::last_write_time(session.Recording());
+  std::error_code error;
+  const fs::file_time_type time = LastWriteTime(session.Recording(), error);
+  if (error) throw Refusal("it cannot be read (" + ReasonOf(error) + ")");
   std::vector<std::uint8_t> levels = PeakLevels(session.Recording(), session.Header(), progress);
   NewFile digest(session.DigestPath());
   digest.Write(levels.data(), levels.size());

@@ -11,6 +11,7 @@
 #include "moment.h"
 #include "new_file.h"
 #include "refusal.h"
+#include "system.h"
 #include "take_moves.h"
 #include "tape.h"
 #include "text.h"
@@ -42,7 +43,9 @@ std::vector<SavedFile> SavedFiles(const LessonFiles& files) {
 }
 
 void Rename(const fs::path& from, const fs::path& to) {
-  fs::rename(from, to);
+  std::error_code error;
+  host::Rename(from, to, error);
+  if (error) throw fs::filesystem_error("cannot rename", from, to, error);
   FlushToDisk(fs::absolute(to).parent_path());
 }
 
@@ -66,11 +69,18 @@ std::string StampOf(const LessonFiles& files) {
   std::error_code error;
   std::ostringstream stamp;
   stamp << fs::file_size(files.recording, error) << ' '
-        << fs::last_write_time(files.recording, error).time_since_epoch().count();
+        << LastWriteTime(files.recording, error).time_since_epoch().count();
   std::ifstream study(files.study, std::ios::binary);
   const std::string content{std::istreambuf_iterator<char>(study), {}};
   stamp << ' ' << ContentHash(content.data(), content.size());
   return stamp.str();
+}
+
+void CopyTime(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  const fs::file_time_type time = LastWriteTime(from, error);
+  if (!error) SetLastWriteTime(to, time, error);
+  if (error) throw fs::filesystem_error("cannot set the time", to, error);
 }
 
 void SaveFile(const SavedFile& saved) {
@@ -78,7 +88,7 @@ void SaveFile(const SavedFile& saved) {
   const fs::path copy = fs::path(kUnfinishedBackup) / saved.backup;
   fs::copy_file(saved.file, copy);
   fs::permissions(copy, fs::perms::owner_write, fs::perm_options::add);
-  fs::last_write_time(copy, fs::last_write_time(saved.file));
+  CopyTime(saved.file, copy);
   FlushToDisk(copy);
 }
 
@@ -98,7 +108,7 @@ void MakeBackup(const LessonFiles& files, const std::vector<int>& sentences) try
 bool IsSame(const fs::path& left, const fs::path& right) {
   std::error_code error;
   const bool isSame = fs::file_size(left, error) == fs::file_size(right, error) &&
-                      fs::last_write_time(left, error) == fs::last_write_time(right, error);
+                      LastWriteTime(left, error) == LastWriteTime(right, error);
   return isSame && !error;
 }
 

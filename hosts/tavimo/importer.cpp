@@ -1,7 +1,6 @@
 #include "importer.h"
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <span>
 #include <vector>
@@ -9,7 +8,7 @@
 #include "progress_bar.h"
 #include "recording_writer.h"
 #include "refusal.h"
-#include "sound_libraries.h"
+#include "sound_library.h"
 #include "sound_source.h"
 #include "system.h"
 #include "text.h"
@@ -44,59 +43,18 @@ void Mix(std::span<const float> from, int fromChannels, std::vector<float>& to, 
   }
 }
 
-enum class Piece { More, Last };
-
-class Resampler {
- public:
-  Resampler(int channels, int fromRate, int toRate)
-      : library_(LoadedResampler()), state_(nullptr, library_.src_delete), channels_(channels) {
-    int error = 0;
-    state_.reset(library_.src_new(SRC_SINC_MEDIUM_QUALITY, channels, &error));
-    if (!state_) Refuse(error);
-    data_.src_ratio = static_cast<double>(toRate) / fromRate;
-    const double frames = std::max(1.0, data_.src_ratio) * static_cast<double>(kPieceFrames);
-    output_.resize((static_cast<std::size_t>(frames) + 1) * static_cast<std::size_t>(channels));
-  }
-
-  // Hands what comes out of a piece to the writer. The filter's rest comes out with the last piece, which must not be
-  // empty: a rest that is asked for alone never comes.
-  void Process(std::span<const float> samples, Piece piece, RecordingWriter& writer) {
-    data_.data_in = samples.data();
-    data_.input_frames = static_cast<long>(samples.size()) / channels_;
-    data_.end_of_input = piece == Piece::Last ? 1 : 0;
-    data_.data_out = output_.data();
-    data_.output_frames = static_cast<long>(output_.size()) / channels_;
-    do {
-      if (const int error = library_.src_process(state_.get(), &data_); error != 0) Refuse(error);
-      writer.Write(std::span(output_).first(static_cast<std::size_t>(data_.output_frames_gen * channels_)));
-      data_.data_in += data_.input_frames_used * channels_;
-      data_.input_frames -= data_.input_frames_used;
-    } while (data_.input_frames > 0 || data_.output_frames_gen > 0);
-  }
-
- private:
-  [[noreturn]] void Refuse(int error) const {
-    throw Refusal(std::string("it cannot be resampled (") + library_.src_strerror(error) + ")");
-  }
-
-  const ResamplerLibrary& library_;
-  std::unique_ptr<SRC_STATE, SRC_STATE* (*)(SRC_STATE*)> state_;
-  int channels_;
-  SRC_DATA data_{};
-  std::vector<float> output_;
-};
-
 int PercentOf(std::int64_t done, std::int64_t all) { return all > 0 ? static_cast<int>(done * 100 / all) : 0; }
 
 class Conversion {
  public:
   explicit Conversion(const ImportRequest& request)
-      : source_(request.source),
-        rate_(request.sampleRate.value_or(RateFor(source_.SampleRate()))),
-        channels_(request.channels.value_or(ChannelsFor(source_.Channels()))),
+      : source_(OpenSound(request.source)),
+        rate_(request.sampleRate.value_or(RateFor(source_->SampleRate()))),
+        channels_(request.channels.value_or(ChannelsFor(source_->Channels()))),
         writer_(request.recording, rate_, channels_, RoundingFor()),
         progress_(Readable(request.source.filename())) {
-    if (rate_ != source_.SampleRate()) resampler_ = std::make_unique<Resampler>(channels_, source_.SampleRate(), rate_);
+    if (rate_ != source_->SampleRate())
+      resampler_ = MakeResampler(channels_, source_->SampleRate(), rate_, kPieceFrames);
   }
 
   Imported Run() {
@@ -106,38 +64,39 @@ class Conversion {
       StopIfInterrupted();
       std::vector<float> next = ReadPiece();
       Take(piece, next.empty() ? Piece::Last : Piece::More);
-      done += static_cast<std::int64_t>(piece.size()) / source_.Channels();
-      progress_.Show(PercentOf(done, source_.FrameCount()));
+      done += static_cast<std::int64_t>(piece.size()) / source_->Channels();
+      progress_.Show(PercentOf(done, source_->FrameCount()));
       piece = std::move(next);
     }
     writer_.Finish();
     return {static_cast<std::int64_t>(writer_.FrameCount()) * 1000 / rate_,
-            !source_.IsDamaged() && done + CountSlack() >= source_.FrameCount(),
-            source_.FrameCount() * 1000 / source_.SampleRate()};
+            !source_->IsDamaged() && done + CountSlack() >= source_->FrameCount(),
+            source_->FrameCount() * 1000 / source_->SampleRate()};
   }
 
  private:
   [[nodiscard]] Rounding RoundingFor() const {
-    const bool isSame = rate_ == source_.SampleRate() && (channels_ == source_.Channels() || source_.Channels() == 1);
-    return isSame && source_.IsSixteenBits() ? Rounding::Exact : Rounding::Dithered;
+    const bool isSame =
+        rate_ == source_->SampleRate() && (channels_ == source_->Channels() || source_->Channels() == 1);
+    return isSame && source_->IsSixteenBits() ? Rounding::Exact : Rounding::Dithered;
   }
 
   // How far the count may be off. In an MP3 file it may be a guess from the file's size and the first frames' rate.
   [[nodiscard]] std::int64_t CountSlack() const {
-    const std::int64_t fixed = source_.SampleRate() / 5;
-    return source_.IsCountEstimated() ? std::max(fixed, source_.FrameCount() / 100) : fixed;
+    const std::int64_t fixed = source_->SampleRate() / 5;
+    return source_->IsCountEstimated() ? std::max(fixed, source_->FrameCount() / 100) : fixed;
   }
 
   // Whole frames; none at the end.
   std::vector<float> ReadPiece() {
-    std::vector<float> piece(kPieceFrames * static_cast<std::size_t>(source_.Channels()));
-    piece.resize(static_cast<std::size_t>(source_.Read(piece) * source_.Channels()));
+    std::vector<float> piece(kPieceFrames * static_cast<std::size_t>(source_->Channels()));
+    piece.resize(static_cast<std::size_t>(source_->Read(piece) * source_->Channels()));
     return piece;
   }
 
   void Take(std::span<const float> samples, Piece piece) {
-    if (channels_ != source_.Channels()) {
-      Mix(samples, source_.Channels(), mixed_, channels_);
+    if (channels_ != source_->Channels()) {
+      Mix(samples, source_->Channels(), mixed_, channels_);
       samples = mixed_;
     }
     if (resampler_) {
@@ -147,7 +106,7 @@ class Conversion {
     }
   }
 
-  SoundSource source_;
+  std::unique_ptr<SoundSource> source_;
   int rate_;
   int channels_;
   RecordingWriter writer_;

@@ -8,6 +8,7 @@
 
 #include "importer.h"
 #include "refusal.h"
+#include "system.h"
 #include "text.h"
 #include "wave_header.h"
 
@@ -43,7 +44,7 @@ fs::path ImportBeside(const fs::path& source) {
   if (!fs::exists(recording, error)) {
     Import({source, recording, Existing::Keep, {}, {}});
     std::cout << Readable(recording.filename()) << ": imported from " << name << '\n';
-  } else if (fs::last_write_time(source, error) > fs::last_write_time(recording, error)) {
+  } else if (LastWriteTime(source, error) > LastWriteTime(recording, error)) {
     std::cerr << "tavimo: " << name << " is newer than " << Readable(recording.filename())
               << ", which is taken; tavimo import --force makes it anew\n";
   }
@@ -104,7 +105,7 @@ std::vector<LessonRecording> LessonRecordings(const fs::path& name) try {
   if (fs::is_directory(name, error)) return RecordingsIn(name);
   return {Take(NamedRecording(name))};
 } catch (const fs::filesystem_error& error) {
-  return {{name, "its folder cannot be read (" + error.code().message() + ")"}};
+  return {{name, "its folder cannot be read (" + ReasonOf(error.code()) + ")"}};
 }
 
 std::optional<fs::path> FileBeside(const fs::path& recording, const std::string& extension) {

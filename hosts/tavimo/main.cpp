@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "command_line.h"
+#include "engine_boxes.h"
 #include "refusal.h"
 #include "system.h"
 #include "text.h"
@@ -19,8 +20,10 @@ int Refuse(const std::string& sentence) {
 }
 
 int Run(int argc, char** argv) {
+  OpenOutputs();
   HoldInterrupts();
-  const ParsedCommandLine line = ParseCommandLine(argc, argv);
+  ShowBoxesAsLines();
+  const ParsedCommandLine line = ParseCommandLine(CommandLineWords(argc, argv));
   if (!line.options) return line.exitCode;
   if (line.options->isTraced) TraceCalls();
   try {
@@ -39,7 +42,7 @@ int RunSafely(int argc, char** argv) try {
 } catch (const Cancelled&) {
   EndAsInterrupted();
 } catch (const std::filesystem::filesystem_error& error) {
-  return Refuse(Readable(error.path1()) + ": " + error.code().message());
+  return Refuse(Readable(error.path1()) + ": " + ReasonOf(error.code()));
 } catch (const std::exception& error) {
   return Refuse(error.what());
 }

@@ -32,7 +32,7 @@ fs::path ResolvedPath(const fs::path& path) {
 }
 
 [[noreturn]] void Refuse(const fs::path& path, const std::error_code& error) {
-  throw Refusal(Readable(path) + " cannot be written (" + error.message() + ")");
+  throw Refusal(Readable(path) + " cannot be written (" + ReasonOf(error) + ")");
 }
 
 }  // namespace
@@ -69,8 +69,8 @@ void NewFile::PutInPlace() {
   stream_.close();
   if (!isWhole || !stream_) throw Refusal(Readable(path_) + " could not be written whole; is the disk full?");
   std::error_code error;
-  if (time_ != fs::file_time_type::min()) fs::last_write_time(unfinished_, time_, error);
-  if (!error) fs::rename(unfinished_, path_, error);
+  if (time_ != fs::file_time_type::min()) SetLastWriteTime(unfinished_, time_, error);
+  if (!error) Rename(unfinished_, path_, error);
   if (error) Refuse(path_, error);
   isPlaced_ = true;
 }
@@ -80,9 +80,9 @@ void PlaceCopy(const fs::path& finished, const fs::path& path) {
   const fs::path unfinished = Beside(target);
   std::error_code error;
   fs::copy_file(finished, unfinished, fs::copy_options::overwrite_existing, error);
-  if (!error) fs::last_write_time(unfinished, fs::last_write_time(finished), error);
+  if (!error) SetLastWriteTime(unfinished, LastWriteTime(finished, error), error);
   if (!error) FlushToDisk(unfinished);
-  if (!error) fs::rename(unfinished, target, error);
+  if (!error) Rename(unfinished, target, error);
   if (!error) return;
   std::error_code ignored;
   fs::remove(unfinished, ignored);
@@ -91,7 +91,7 @@ void PlaceCopy(const fs::path& finished, const fs::path& path) {
 
 void PlaceFile(const fs::path& finished, const fs::path& path) {
   std::error_code error;
-  fs::rename(finished, ResolvedPath(path), error);
+  Rename(finished, ResolvedPath(path), error);
   if (!error) return;
   if (error != std::errc::cross_device_link) Refuse(path, error);
   PlaceCopy(finished, path);

@@ -33,7 +33,7 @@ std::vector<VcPageIndexEntry> ReadEntries(const fs::path& file) {
 }
 
 [[noreturn]] void Refuse(const std::error_code& error) {
-  throw Refusal("its pages cannot be written in " + Readable(fs::current_path()) + " (" + error.message() + ")");
+  throw Refusal("its pages cannot be written in " + Readable(fs::current_path()) + " (" + ReasonOf(error) + ")");
 }
 
 }  // namespace
@@ -75,7 +75,7 @@ void FinishNewPages() {
   std::error_code error;
   if (!fs::exists(kFinished, error)) return;
   fs::remove_all(kPages, error);
-  if (!error) fs::rename(kFinished, kPages, error);
+  if (!error) Rename(kFinished, kPages, error);
   if (error) Refuse(error);
 }
 
@@ -91,7 +91,7 @@ PagesFolder BeginNewPages() {
 void PutInPlace(const PagesFolder& newPages) {
   for (const auto& entry : fs::directory_iterator(newPages.path)) FlushToDisk(entry.path());
   std::error_code error;
-  fs::rename(newPages.path, kFinished, error);
+  Rename(newPages.path, kFinished, error);
   if (error) Refuse(error);
   FinishNewPages();
 }

@@ -6,10 +6,12 @@
 #include <cstring>
 #include <iostream>
 
+#include "engine_boxes.h"
 #include "lesson_lock.h"
 #include "new_file.h"
 #include "page_data.h"
 #include "refusal.h"
+#include "system.h"
 #include "tavimo.h"
 #include "tavimo_host.h"
 #include "text.h"
@@ -36,28 +38,14 @@ ScriptText ReadNamed(const fs::path& file, const std::optional<std::string>& enc
   }
 }
 
-// The messages that the engine shows while it lives, and no beep.
-class EngineMessages {
- public:
-  EngineMessages() {
-    tvSetMessageBoxHandler(&Note, this);
+// While it lives the engine does not beep: the line that is written says enough.
+struct NoBeeps {
+  NoBeeps() {
     tvSetBeepHandler([](void*) {}, nullptr);
   }
-  EngineMessages(const EngineMessages&) = delete;
-  EngineMessages& operator=(const EngineMessages&) = delete;
-  ~EngineMessages() {
-    tvSetMessageBoxHandler(nullptr, nullptr);
-    tvSetBeepHandler(nullptr, nullptr);
-  }
-
-  [[nodiscard]] const std::string& Text() const { return text_; }
-
- private:
-  static void Note(const char* text, const char* /*caption*/, void* user) {
-    static_cast<EngineMessages*>(user)->text_ += ReadableText(Utf8FromGbk(text));
-  }
-
-  std::string text_;  // UTF-8
+  NoBeeps(const NoBeeps&) = delete;
+  NoBeeps& operator=(const NoBeeps&) = delete;
+  ~NoBeeps() { tvSetBeepHandler(nullptr, nullptr); }
 };
 
 // The one that the engine reads: its own, or else that beside the recording.
@@ -80,7 +68,8 @@ bool HasSize(const fs::path& path, std::size_t byteCount) {
 
 // The index gets the script's time only when all is whole, so that a kill before leaves one that counts as old.
 void RunCompiler(LessonSession& session, const fs::path& copy, std::size_t sentenceCount) {
-  const EngineMessages messages;
+  const CollectedBoxes messages;
+  const NoBeeps quiet;
   const std::int32_t result = vcConvertScrToTstWz(StudyFileInUse(session).c_str(), EnginePath(copy).value().c_str());
   const bool isWhole = HasSize(QuestionIndex(session), sentenceCount * kIndexRecordBytes);
   if (result == 0 && isWhole && messages.Text().empty()) return;
@@ -118,7 +107,7 @@ bool IsCurrent(const LessonSession& session, const fs::path& script, const Quest
   const fs::path index = QuestionIndex(session);
   std::error_code error;
   return HasSize(index, sentenceCount * kIndexRecordBytes) && HoldsItsTexts(index) &&
-         fs::last_write_time(index, error) == fs::last_write_time(script, error) && !error &&
+         LastWriteTime(index, error) == LastWriteTime(script, error) && !error &&
          HasBytes(InTemp(session, ".scr"), ReadNamed(script, source.encoding).gbk);
 }
 
@@ -156,7 +145,7 @@ std::size_t Compile(LessonSession& session, const QuestionSource& source) {
   }
   const std::size_t sentenceCount = SentenceCount(session);
   std::error_code error;
-  const fs::file_time_type time = fs::last_write_time(*script, error);  // before the reading: a later change shows
+  const fs::file_time_type time = LastWriteTime(*script, error);  // before the reading: a later change shows
   const CheckedScript checked = CheckScript(*script, source.encoding, sentenceCount);
   std::cerr << checked.lines;
   if (checked.faultCount > 0) {
@@ -165,7 +154,7 @@ std::size_t Compile(LessonSession& session, const QuestionSource& source) {
   const fs::path copy = InTemp(session, ".scr");
   WriteNew(copy, checked.text.gbk);
   RunCompiler(session, copy, sentenceCount);
-  fs::last_write_time(QuestionIndex(session), time, error);
+  SetLastWriteTime(QuestionIndex(session), time, error);
   return sentenceCount;
 }
 

@@ -1,9 +1,9 @@
 #include "recorder.h"
 
-#include <array>
 #include <chrono>
 #include <iostream>
 
+#include "engine_boxes.h"
 #include "lesson_lock.h"
 #include "level_meter.h"
 #include "refusal.h"
@@ -78,25 +78,6 @@ class CaptureWindows {
   VcWindow bar_ = tvCreateWindow(TV_PROGRESS_BAR, nullptr, TakeLevel);
 };
 
-// The engine tells in boxes why a tape cannot be opened; here they become the reason of a Refusal.
-class Boxes {
- public:
-  Boxes() { tvSetMessageBoxHandler(Note, this); }
-  Boxes(const Boxes&) = delete;
-  Boxes& operator=(const Boxes&) = delete;
-  ~Boxes() { tvSetMessageBoxHandler(nullptr, nullptr); }
-
-  [[nodiscard]] std::string Reason() const { return text_.empty() ? "" : " (" + text_ + ")"; }
-
- private:
-  static void Note(const char* gbk, const char* /*caption*/, void* user) {
-    std::array<char, 512> utf8{};
-    tvUtf8FromGbk(gbk, utf8.data(), static_cast<int>(utf8.size()));
-    static_cast<Boxes*>(user)->text_ = utf8.data();
-  }
-  std::string text_;
-};
-
 // A second file for what is continued, so that the take itself stays as it is. It gets its name when it is whole.
 void CopyToTape(const Take& take, std::uint64_t byteCount) {
   const fs::path unfinished = fs::path(kTapeFile) += ".new";
@@ -104,11 +85,11 @@ void CopyToTape(const Take& take, std::uint64_t byteCount) {
   fs::copy_file(take.file, unfinished, fs::copy_options::overwrite_existing, error);
   // Cut here and not by recording over it: were the program killed, old words would stand behind the new ones.
   if (!error) fs::resize_file(unfinished, byteCount, error);
-  if (!error) fs::rename(unfinished, kTapeFile, error);
+  if (!error) Rename(unfinished, kTapeFile, error);
   if (!error) return;
   std::error_code ignored;
   fs::remove(unfinished, ignored);
-  throw Refusal("its newest take cannot be copied to continue it (" + error.message() + ")");
+  throw Refusal("its newest take cannot be copied to continue it (" + ReasonOf(error) + ")");
 }
 
 WaveHeader CopyNewestTake(const LessonSession& session, const RecordingRequest& request) {
@@ -180,10 +161,13 @@ class OpenTape {
   }
 
   [[noreturn]] void Refuse() const {
-    throw Refusal("the recording cannot be made in " + Readable(fs::current_path() / "tmpwav") + boxes_.Reason());
+    throw Refusal("the recording cannot be made in " + Readable(fs::current_path() / "tmpwav") + Reason());
   }
 
-  Boxes boxes_;
+  // The engine tells in boxes why a tape cannot be opened.
+  [[nodiscard]] std::string Reason() const { return boxes_.Text().empty() ? "" : " (" + boxes_.Text() + ")"; }
+
+  CollectedBoxes boxes_;
   TapeFormat format_;
   std::uint64_t startBytes_ = 0;
   std::int64_t startMs_ = 0;

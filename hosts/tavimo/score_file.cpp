@@ -43,7 +43,7 @@ std::vector<std::string> FieldsOf(const std::string& line) {
 }  // namespace
 
 ScoreFile::ScoreFile(fs::path path) : path_(std::move(path)) {
-  std::ifstream file(path_);
+  std::ifstream file(path_, std::ios::binary);
   for (std::string line; std::getline(file, line);) {
     endsWithLine_ = !file.eof();
     const std::vector<std::string> fields = FieldsOf(line);
@@ -62,7 +62,7 @@ std::optional<Outcome> ScoreFile::LastOutcome(const Exercise& question) const {
 
 void ScoreFile::Add(const Exercise& question, char given, Outcome outcome) {
   const bool isNew = !fs::exists(path_);
-  std::ofstream file(path_, std::ios::app);
+  std::ofstream file(path_, std::ios::binary | std::ios::app);
   const std::string answered(given == 0 ? 0 : 1, given);
   file << (isNew ? kTitleLine : "") << (endsWithLine_ ? "" : "\n") << MomentOf(fs::file_time_type::clock::now()) << '\t'
        << question.number << '\t' << question.sentence << '\t' << answered << '\t' << question.answer << '\t'

@@ -7,6 +7,7 @@
 #include "marked_words.h"
 #include "new_file.h"
 #include "refusal.h"
+#include "system.h"
 #include "text.h"
 
 namespace tavimo::host {
@@ -19,7 +20,7 @@ std::string HashOf(const std::string& bytes) { return ContentHash(bytes.data(), 
 
 std::optional<fs::file_time_type> TimeOf(const fs::path& file) {
   std::error_code error;
-  const fs::file_time_type time = fs::last_write_time(file, error);
+  const fs::file_time_type time = LastWriteTime(file, error);
   return error ? std::nullopt : std::optional(time);
 }
 

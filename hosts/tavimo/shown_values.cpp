@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "system.h"
 #include "text.h"
 
 namespace tavimo::host {
@@ -24,7 +23,7 @@ std::string List(std::span<const Number> numbers) {
 
 }  // namespace
 
-std::string ShownText(const std::string& gbk) { return ReadableText(Utf8FromEncoding(gbk, "GB18030").value_or(gbk)); }
+std::string ShownText(const std::string& gbk) { return ReadableText(Utf8FromGbk(gbk)); }
 
 std::string ShownNumbers(std::span<const std::int32_t> numbers) { return List(numbers); }
 std::string ShownNumbers(std::span<const std::uint32_t> numbers) { return List(numbers); }

@@ -1,8 +1,8 @@
 #include "sound_source.h"
 
 #include "refusal.h"
-#include "sound_libraries.h"
-#include "system.h"
+#include "sound_library.h"
+#include "wave_sound.h"
 
 namespace tavimo::host {
 
@@ -20,26 +20,12 @@ void RefuseUnreadable(const fs::path& file) {
 
 }  // namespace
 
-SoundSource::SoundSource(const fs::path& file) : file_(nullptr, LoadedDecoder().sf_close) {
+std::unique_ptr<SoundSource> OpenSound(const fs::path& file) {
   RefuseUnreadable(file);
-  const Decoder& decoder = LoadedDecoder();
-  const QuietErrors quiet;
-  file_.reset(decoder.sf_open(file.c_str(), SFM_READ, &info_));
-  if (!file_) throw Refusal("it is no sound that can be decoded; MP3, Ogg, Opus, FLAC, AIFF and wave files can");
-  if (info_.channels < 1 || info_.samplerate < 1) throw Refusal("it holds no sound");
-}
-
-bool SoundSource::IsSixteenBits() const {
-  const int kind = info_.format & SF_FORMAT_SUBMASK;
-  return kind == SF_FORMAT_PCM_16 || kind == SF_FORMAT_PCM_S8 || kind == SF_FORMAT_PCM_U8;
-}
-
-bool SoundSource::IsDamaged() const { return LoadedDecoder().sf_error(file_.get()) != 0; }
-
-std::int64_t SoundSource::Read(std::span<float> samples) {
-  const auto room = static_cast<sf_count_t>(samples.size() / static_cast<std::size_t>(info_.channels));
-  const QuietErrors quiet;
-  return LoadedDecoder().sf_readf_float(file_.get(), samples.data(), room);
+  auto source = OpenWaveSound(file);
+  if (!source) source = OpenWithLibrary(file);
+  if (source->Channels() < 1 || source->SampleRate() < 1) throw Refusal("it holds no sound");
+  return source;
 }
 
 }  // namespace tavimo::host

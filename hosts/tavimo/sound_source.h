@@ -1,38 +1,36 @@
-// Sound of any kind the decoding library knows, frame by frame, as numbers between -1 and 1.
+// Sound of any kind that this program can decode, frame by frame, as numbers between -1 and 1.
 #pragma once
-
-#include <sndfile.h>
 
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <span>
-#include <string>
 
 namespace tavimo::host {
 
 class SoundSource {
  public:
-  // A Refusal when the file cannot be read or is no sound.
-  explicit SoundSource(const std::filesystem::path& file);
+  SoundSource() = default;
+  SoundSource(const SoundSource&) = delete;
+  SoundSource& operator=(const SoundSource&) = delete;
+  virtual ~SoundSource() = default;
 
-  [[nodiscard]] int SampleRate() const { return info_.samplerate; }
-  [[nodiscard]] int Channels() const { return info_.channels; }
+  [[nodiscard]] virtual int SampleRate() const = 0;
+  [[nodiscard]] virtual int Channels() const = 0;
   // As the file tells; an estimate in some kinds of MP3.
-  [[nodiscard]] std::int64_t FrameCount() const { return info_.frames; }
-  [[nodiscard]] bool IsCountEstimated() const { return (info_.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG; }
+  [[nodiscard]] virtual std::int64_t FrameCount() const = 0;
+  [[nodiscard]] virtual bool IsCountEstimated() const = 0;
   // Whether every sample is a 16-bit number exactly, so that nothing is rounded.
-  [[nodiscard]] bool IsSixteenBits() const;
+  [[nodiscard]] virtual bool IsSixteenBits() const = 0;
 
   // Whether the sound ended in a fault instead of at its end.
-  [[nodiscard]] bool IsDamaged() const;
+  [[nodiscard]] virtual bool IsDamaged() const = 0;
 
   // Frames read into a room of whole frames; 0 at the end.
-  [[nodiscard]] std::int64_t Read(std::span<float> samples);
-
- private:
-  SF_INFO info_{};
-  std::unique_ptr<SNDFILE, int (*)(SNDFILE*)> file_;
+  [[nodiscard]] virtual std::int64_t Read(std::span<float> samples) = 0;
 };
+
+// A Refusal when the file cannot be read or is no sound that can be decoded.
+[[nodiscard]] std::unique_ptr<SoundSource> OpenSound(const std::filesystem::path& file);
 
 }  // namespace tavimo::host

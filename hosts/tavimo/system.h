@@ -1,4 +1,4 @@
-// What the C++ library has no words for: the terminal, Ctrl-C and the person's data folder. One source file for each
+// What the C++ library has no words for, or others on each system: the terminal, Ctrl-C, the person's data folder. One source file for each
 // system; nothing else in this program knows which system it runs on.
 #pragma once
 
@@ -8,14 +8,37 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 namespace tavimo::host {
+
+// The words of the command line behind the program's name, in UTF-8.
+[[nodiscard]] std::vector<std::string> CommandLineWords(int argc, char** argv);
+
+// From here on standard output and standard error take UTF-8, whether they lead to a terminal or a file, and line ends
+// stay as they are written. For the start of the program.
+void OpenOutputs();
 
 // Whether standard error is a terminal that a progress bar may be drawn on.
 [[nodiscard]] bool ErrorsGoToTerminal();
 
 // Whether standard output is a terminal, which shows colours.
 [[nodiscard]] bool OutputGoesToTerminal();
+
+// What went wrong, in the system's words and in UTF-8.
+[[nodiscard]] std::string ReasonOf(const std::error_code& error);
+
+// Gives a file or folder another name in one step; a file that has the name already is replaced. Between two disks it
+// fails with cross_device_link and copies nothing: a copy that a kill cuts short would stand in place of a whole file.
+void Rename(const std::filesystem::path& from, const std::filesystem::path& to, std::error_code& error);
+
+// The path as the disk spells it, so that a file has one name only where case does not tell names apart.
+[[nodiscard]] std::filesystem::path StoredSpelling(const std::filesystem::path& path);
+
+// When a file was last written, as exactly as the disk keeps it: files that belong together are known by equal times.
+[[nodiscard]] std::filesystem::file_time_type LastWriteTime(const std::filesystem::path& file, std::error_code& error);
+void SetLastWriteTime(const std::filesystem::path& file, std::filesystem::file_time_type time, std::error_code& error);
 
 // Waits until what a file or folder holds is on the disk itself, so that a power cut leaves it. What cannot be flushed is
 // left to the system.
@@ -24,22 +47,6 @@ void FlushToDisk(const std::filesystem::path& path);
 // Text of an encoding that the system knows by that name, in UTF-8; none where the bytes are not all of that encoding, or
 // it is not known. Zero bytes stay.
 [[nodiscard]] std::optional<std::string> Utf8FromEncoding(std::string_view bytes, const char* encoding);
-
-// A library of the system that only some commands need: loading it with the program would cost every start of it.
-// Null where the library or the function is missing. It is never unloaded.
-[[nodiscard]] void* FindInLibrary(const char* library, const char* function);
-
-// While it lives nothing that a library prints on standard error is seen: decoders talk to programmers there.
-class QuietErrors {
- public:
-  QuietErrors();
-  QuietErrors(const QuietErrors&) = delete;
-  QuietErrors& operator=(const QuietErrors&) = delete;
-  ~QuietErrors();
-
- private:
-  int errors_;
-};
 
 // A file that one process at a time holds: from its making to its end, or until the process dies, however it dies.
 class FileLock {
@@ -91,6 +98,7 @@ class InputLines {
 
 // The folder in which programs keep what they know of this person's files; empty when the system names none.
 [[nodiscard]] std::filesystem::path UserDataFolder();
+extern const char* const kUserDataFolder;  // how people of this system write it
 
 // From here on Ctrl-C only raises a flag, and a closed pipe is a failed write instead of the program's death.
 void HoldInterrupts();

@@ -8,11 +8,13 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
+#include "library_calls.h"
 #include "refusal.h"
 #include "system.h"
 
@@ -32,6 +34,28 @@ bool IsNameOf(const std::filesystem::path& path, int file) {
 }
 
 }  // namespace
+
+const char* const kUserDataFolder = "~/.local/share/tavimo";
+
+std::vector<std::string> CommandLineWords(int argc, char** argv) { return {argv + std::min(argc, 1), argv + argc}; }
+
+void OpenOutputs() {}  // they are so already
+
+std::string ReasonOf(const std::error_code& error) { return error.message(); }
+
+void Rename(const std::filesystem::path& from, const std::filesystem::path& to, std::error_code& error) {
+  std::filesystem::rename(from, to, error);
+}
+
+std::filesystem::file_time_type LastWriteTime(const std::filesystem::path& file, std::error_code& error) {
+  return std::filesystem::last_write_time(file, error);
+}
+
+void SetLastWriteTime(const std::filesystem::path& file, std::filesystem::file_time_type time, std::error_code& error) {
+  std::filesystem::last_write_time(file, time, error);
+}
+
+std::filesystem::path StoredSpelling(const std::filesystem::path& path) { return path; }
 
 bool ErrorsGoToTerminal() { return isatty(STDERR_FILENO) == 1; }
 

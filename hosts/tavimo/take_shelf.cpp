@@ -7,6 +7,7 @@
 
 #include "moment.h"
 #include "refusal.h"
+#include "system.h"
 #include "text.h"
 
 namespace tavimo::host {
@@ -62,7 +63,7 @@ void MakeRoomForTake(int sentence) {
   std::error_code error;
   fs::create_directories(TakeFolder(sentence), error);
   if (error)
-    throw Refusal("its takes cannot be kept in " + Readable(fs::current_path() / kTakeShelf) + " (" + error.message() +
+    throw Refusal("its takes cannot be kept in " + Readable(fs::current_path() / kTakeShelf) + " (" + ReasonOf(error) +
                   ")");
 }
 

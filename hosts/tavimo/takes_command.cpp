@@ -6,6 +6,7 @@
 #include "options.h"
 #include "player.h"
 #include "refusal.h"
+#include "system.h"
 #include "take_shelf.h"
 #include "tape_recovery.h"
 #include "text.h"
@@ -56,7 +57,7 @@ void Remove(const Options& options) {
   const Take take = ChooseTake(options.sentence, options.take);
   std::error_code error;
   if (!fs::remove(take.file, error))
-    throw Refusal(Readable(take.file) + " cannot be removed (" + error.message() + ")");
+    throw Refusal(Readable(take.file) + " cannot be removed (" + ReasonOf(error) + ")");
   std::cout << "removed " << Readable(take.file) << '\n';
 }
 

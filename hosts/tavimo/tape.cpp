@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "refusal.h"
+#include "system.h"
 #include "take_shelf.h"
 #include "tavimo.h"
 #include "text.h"
@@ -95,8 +96,7 @@ TapeState FinishTape() {
 
 std::optional<KeptTake> KeepTape() {
   std::error_code error;
-  const fs::file_time_type time =
-      fs::last_write_time(kTapeFile, error);  // when it was recorded, not when it was finished
+  const fs::file_time_type time = LastWriteTime(kTapeFile, error);  // when it was recorded, not when it was finished
   const TapeState state = FinishTape();
   if (state == TapeState::Silent || state == TapeState::Missing) {
     DiscardTape();

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "system.h"
+
 namespace tavimo::host {
 
 namespace fs = std::filesystem;
@@ -17,6 +19,7 @@ namespace {
 
 constexpr std::uint64_t kChunkHeaderBytes = 8;
 constexpr std::uint64_t kFormatBytes = 16;
+constexpr std::uint64_t kExtensibleTagOffset = 24;
 constexpr std::uint64_t kLongestData = 0x7FFFFFFF;  // the engine counts sound bytes in signed 32 bits
 constexpr std::uint16_t kTagPcm = 1;
 constexpr std::uint16_t kTagExtensible = 0xFFFE;
@@ -129,7 +132,7 @@ std::string DataProblem(const WaveHeader& header) {
 std::string FileProblem(const fs::path& path, std::ifstream& file) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
-  if (!fs::exists(status)) return status.type() == fs::file_type::none ? error.message() : "there is no such file";
+  if (!fs::exists(status)) return status.type() == fs::file_type::none ? ReasonOf(error) : "there is no such file";
   if (fs::is_directory(status)) return "it is a folder";
   if (!fs::is_regular_file(status)) return "it is not a plain file";
   if (fs::file_size(path, error) == 0) return "it is empty";
@@ -144,9 +147,12 @@ void ReadFormat(std::string_view bytes, WaveHeader& header) {
   header.channels = static_cast<std::uint16_t>(LittleEndian(bytes.substr(2, 2)));
   header.sampleRate = LittleEndian(bytes.substr(4, 4));
   header.bitsPerSample = static_cast<std::uint16_t>(LittleEndian(bytes.substr(14, 2)));
+  const bool isExtensible = header.formatTag == kTagExtensible && bytes.size() >= kExtensibleTagOffset + 2;
+  header.codedTag =
+      isExtensible ? static_cast<std::uint16_t>(LittleEndian(bytes.substr(kExtensibleTagOffset, 2))) : header.formatTag;
 }
 
-// Fills the header step by step and returns the first thing that is wrong.
+// Fills the header step by step and returns the first thing that is wrong; what the engine does not take may be there whole.
 std::string ReadChunks(std::ifstream& file, std::uint64_t fileLength, Lengths lengths, WaveHeader& header) {
   const std::string start = ReadAt(file, 0, 12);
   const bool isWave = start.size() == 12 && start.starts_with("RIFF") && start.ends_with("WAVE");
@@ -155,16 +161,19 @@ std::string ReadChunks(std::ifstream& file, std::uint64_t fileLength, Lengths le
   const std::uint64_t end = lengths == Lengths::OfFile ? fileLength : std::min(fileLength, storedEnd);
   const auto format = FindChunk(file, 12, end, "fmt ");
   if (!format) return "it has no format chunk";
-  const std::string bytes = ReadAt(file, format->dataOffset, kFormatBytes);
-  if (format->size < kFormatBytes || bytes.size() < kFormatBytes) return "its format chunk is cut short";
+  const std::uint64_t wanted = std::min(format->size, kExtensibleTagOffset + 2);
+  const std::string bytes = ReadAt(file, format->dataOffset, static_cast<std::size_t>(wanted));
+  if (bytes.size() < kFormatBytes) return "its format chunk is cut short";
   ReadFormat(bytes, header);
-  if (std::string problem = FormatProblem(header); !problem.empty()) return problem;
   const auto data = FindChunk(file, format->dataOffset + format->size + format->size % 2, end, "data");
+  if (data) {
+    header.dataOffset = data->dataOffset;
+    const std::uint64_t held = fileLength - std::min(data->dataOffset, fileLength);
+    header.storedDataLength = lengths == Lengths::OfFile ? held : data->size;
+    header.dataLength = std::min(header.storedDataLength, held);
+  }
+  if (std::string problem = FormatProblem(header); !problem.empty()) return problem;
   if (!data) return "it has no data chunk, so no sound";
-  header.dataOffset = data->dataOffset;
-  const std::uint64_t held = fileLength - std::min(data->dataOffset, fileLength);
-  header.storedDataLength = lengths == Lengths::OfFile ? held : data->size;
-  header.dataLength = std::min(header.storedDataLength, held);
   return DataProblem(header);
 }
 
@@ -193,7 +202,7 @@ WaveHeader ReadWaveHeader(const fs::path& path, Lengths lengths) {
   if (!header.problem.empty()) return header;
   std::error_code error;
   const std::uint64_t fileLength = fs::file_size(path, error);
-  header.problem = error ? error.message() : ReadChunks(file, fileLength, lengths, header);
+  header.problem = error ? ReasonOf(error) : ReadChunks(file, fileLength, lengths, header);
   return header;
 }
 

@@ -13,6 +13,7 @@ inline constexpr int kLevelsPerSecond = 25;
 
 struct WaveHeader {
   std::uint16_t formatTag = 0;
+  std::uint16_t codedTag = 0;  // what the samples are: the format tag, or the one behind the extensible header's
   std::uint16_t channels = 0;
   std::uint16_t bitsPerSample = 0;
   std::uint32_t sampleRate = 0;

@@ -2,6 +2,7 @@
 
 #include "content_hash.h"
 #include "refusal.h"
+#include "system.h"
 #include "text.h"
 
 namespace tavimo::host {
@@ -24,7 +25,7 @@ void Link(const fs::path& target, const fs::path& link) {
   if (error) fs::create_hard_link(target, link, error);
   if (error) {
     throw Refusal("the engine cannot take its name, and a second name cannot be made in " +
-                  Readable(fs::current_path()) + " (" + error.message() + "); rename it or move it up");
+                  Readable(fs::current_path()) + " (" + ReasonOf(error) + "); rename it or move it up");
   }
 }
 
@@ -34,7 +35,7 @@ fs::path IdentityOf(const fs::path& recording) {
   const fs::path full = fs::absolute(recording).lexically_normal();
   std::error_code error;
   const fs::path folder = fs::weakly_canonical(full.parent_path(), error);
-  return error ? full : folder / full.filename();
+  return StoredSpelling(error ? full : folder / full.filename());
 }
 
 WorkingFolder::WorkingFolder(const fs::path& home, const fs::path& identity, Kind kind) : hash_(HashOf(identity)) {
@@ -47,7 +48,7 @@ WorkingFolder::WorkingFolder(const fs::path& home, const fs::path& identity, Kin
   std::error_code error;
   previous_ = fs::current_path(error);
   fs::current_path(path_, error);
-  if (error) throw Refusal("the working folder " + Readable(path_) + " cannot be entered (" + error.message() + ")");
+  if (error) throw Refusal("the working folder " + Readable(path_) + " cannot be entered (" + ReasonOf(error) + ")");
 }
 
 WorkingFolder::~WorkingFolder() {
@@ -66,7 +67,7 @@ void WorkingFolder::MakeFolder(const fs::path& folder) {
   MakeFolder(folder.parent_path());
   if (fs::create_directory(folder, error)) madeFolders_.push_back(folder);
   if (!fs::is_directory(folder)) {
-    throw Refusal("the working folder " + Readable(folder) + " cannot be made (" + error.message() + ")");
+    throw Refusal("the working folder " + Readable(folder) + " cannot be made (" + ReasonOf(error) + ")");
   }
 }
 
