@@ -18,5 +18,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Check(static_cast<std::size_t>(count) == answers.size(), "every whole record counts");
   fuzz::Check(vcOpenWzFile(path) == 0, "the wz file is there");
   fuzz::ReadWholeBank({data, data + size}, sizeof kWz);
+  fuzz::CheckNothingIsLeft();
   return 0;
 }

@@ -22,5 +22,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   vcOpenQuestionIdx(wzPath, nullptr);
   fuzz::Check(vcOpenWzFile(wzPath) == 0, "the wz file is there");
   fuzz::ReadWholeBank(index, wz.size());
+  fuzz::CheckNothingIsLeft();
   return 0;
 }

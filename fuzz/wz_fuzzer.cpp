@@ -25,5 +25,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   char path[] = "temp\\a.wz";
   fuzz::Check(vcOpenQuestionIdx(path, nullptr) == 32 && vcOpenWzFile(path) == 0, "the bank is there");
   fuzz::ReadWholeBank(index, size);
+  fuzz::CheckNothingIsLeft();
   return 0;
 }

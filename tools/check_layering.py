@@ -21,9 +21,9 @@ BUILDS_ON = {
     'pages': {'core', 'hostutil'},
 }
 # Tests of one back end stand in a folder of its name. A host has at most one file for each system: what the C++ library
-# has no words for. The benchmarks' limits are plain calls of the system they run on.
+# has no words for. The benchmarks' limits are plain calls of the system they run on; so is what keeps a fuzzer in bounds.
 MAY_KNOW_THE_PLATFORM = re.compile(
-    r'src/platform/|bench/|tests/support/|tests/platform/(linux|win32)/|hosts/\w+/system_(posix|win32)\.cpp$'
+    r'src/platform/|bench/|tests/support/|tests/(platform|faults)/(linux|win32)/|fuzz/support/|hosts/\w+/system_(posix|win32)\.cpp$'
     r'|examples/windows_\w+\.c$')
 MAY_NAME_THE_PLATFORM = re.compile(r'include/')  # the public headers say what a handle is on each platform
 PUBLIC_HEADERS = {'tavimo.h', 'tavimo_host.h'}

@@ -94,10 +94,28 @@ def call_function(export):
             f'std::string Call_{export.name}(Arguments& {used}) {{ {body} }}\n')
 
 
+CALLS_HEAD = '''// Made from the table of exports; do not edit. Who includes this has a class Arguments, whose As<Type>(i) is argument i,
+// and functions Result that make a text of what an export answers.
+enum class Flow { Value, In, Out, InOut };
+enum class Kind { Int32, Uint32, Double, Intptr, Uintptr, Window, Dc, Text, Bytes, Pages };
+struct ArgumentRow {
+  const char* name;
+  Flow flow;
+  Kind kind;
+  const char* room;  // a number, or the name of the argument that has it
+};
+struct ExportRow {
+  const char* name;
+  std::span<const ArgumentRow> arguments;
+  std::string (*call)(Arguments&);
+};
+'''
+
+
 def calls(exports):
     """Plain tables: as one expression with vectors in it a sanitizer's build takes minutes."""
     rows = ''.join(f'    {{"{e.name}", kArgumentsOf_{e.name}, Call_{e.name}}},\n' for e in exports)
-    return ('// Made from the table of exports; do not edit.\n' + ''.join(map(call_function, exports)) +
+    return (CALLS_HEAD + ''.join(map(call_function, exports)) +
             f'constexpr std::array<ExportRow, {len(exports)}> kExports{{{{\n{rows}}}}};\n')
 
 

@@ -20,16 +20,6 @@ namespace tavimo::host {
 
 namespace {
 
-enum class Flow { Value, In, Out, InOut };
-enum class Kind { Int32, Uint32, Double, Intptr, Uintptr, Window, Dc, Text, Bytes, Pages };
-
-struct ArgumentRow {
-  const char* name;
-  Flow flow;
-  Kind kind;
-  const char* room;  // a number, or the name of the argument that has it
-};
-
 // One argument, whatever its kind: a number, a handle, or the bytes that a pointer points to.
 struct Value {
   std::int64_t number = 0;
@@ -70,12 +60,6 @@ std::string Result(double value) {
 }
 template <typename Integer>
 requires std::is_integral_v<Integer> std::string Result(Integer value) { return std::to_string(value); }
-
-struct ExportRow {
-  const char* name;
-  std::span<const ArgumentRow> arguments;
-  std::string (*call)(Arguments&);
-};
 
 #include "engine_calls.inc"  // kExports
 

@@ -1,6 +1,8 @@
 // Implements system.h on Linux.
 #include <stdlib.h>
 
+#include <iterator>
+
 #include "support/system.h"
 
 namespace tavimo::tests {
@@ -16,6 +18,11 @@ void SetVariable(const char* name, const char* value) {
   } else {
     setenv(name, value, 1);
   }
+}
+
+std::size_t OpenHandleCount() {
+  const std::filesystem::directory_iterator handles("/proc/self/fd");
+  return static_cast<std::size_t>(std::distance(begin(handles), end(handles)));
 }
 
 }  // namespace tavimo::tests

@@ -18,4 +18,10 @@ std::filesystem::path MakeFolderOfItsOwn() {
 
 void SetVariable(const char* name, const char* value) { SetEnvironmentVariableA(name, value); }
 
+std::size_t OpenHandleCount() {
+  DWORD count = 0;
+  GetProcessHandleCount(GetCurrentProcess(), &count);
+  return count;
+}
+
 }  // namespace tavimo::tests
