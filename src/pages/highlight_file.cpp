@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 #include "core/arithmetic.h"
+#include "core/little_endian.h"
 #include "hostutil/file_utilities.h"
 #include "pages/script_scrambling.h"
 #include "pages/script_window.h"
@@ -53,15 +55,54 @@ void MakeHighlightFile(const char* scriptPath, const char* highlightPath) noexce
   }
 }
 
+HighlightNotePath NotePathOf(const char* highlightPath) noexcept {
+  HighlightNotePath path;
+  static_cast<void>(path.Assign(core::TextOf(highlightPath), std::string_view("~")));
+  return path;
+}
+
+constexpr std::size_t kNoteBytes = 8;
+using Note = std::array<std::uint8_t, kNoteBytes>;
+
+Note NoteOf(platform::FileTime time) noexcept {
+  Note note;
+  const auto value = static_cast<std::uint64_t>(time.value);
+  core::WriteU32(note.data(), static_cast<std::uint32_t>(value));
+  core::WriteU32(note.data() + 4, static_cast<std::uint32_t>(value >> 32));
+  return note;
+}
+
+// Without a note the marks are written all the same: the folder may take no new file.
+void WriteNote(const HighlightNotePath& path, platform::FileTime time) noexcept {
+  const Note note = NoteOf(time);
+  platform::FileStream file = platform::FileStream::Open(path.CString(), platform::OpenMode::Create);
+  static_cast<void>(file.Write(note.data(), kNoteBytes));
+}
+
+// Whether the marks were written for this very script, and the program was stopped before the file had its time.
+bool IsOnlyTimeMissing(const char* scriptPath, const HighlightNotePath& notePath) noexcept {
+  platform::FileStream file = platform::FileStream::Open(notePath.CString(), platform::OpenMode::Read);
+  platform::FileTime time;
+  Note note;
+  return file.IsOpen() && file.Read(note.data(), kNoteBytes) == std::int64_t{kNoteBytes} &&
+         platform::GetLastWriteTime(scriptPath, time) && note == NoteOf(time);
+}
+
 }  // namespace
 
 void EnsureHighlightFile(const char* scriptPath, const char* highlightPath) noexcept {
-  const bool isCurrent = hostutil::FileExists(highlightPath) && platform::IsSameTimeFiles(scriptPath, highlightPath);
-  if (!isCurrent) MakeHighlightFile(scriptPath, highlightPath);
+  const HighlightNotePath notePath = NotePathOf(highlightPath);
+  const bool isThere = hostutil::FileExists(highlightPath);
+  const bool isCurrent = isThere && platform::IsSameTimeFiles(scriptPath, highlightPath);
+  const bool isStopped = isThere && !isCurrent && IsOnlyTimeMissing(scriptPath, notePath);
+  const bool isMended = isStopped && platform::SetSameFileTime(scriptPath, highlightPath);
+  if (!isCurrent && !isMended) MakeHighlightFile(scriptPath, highlightPath);
+  platform::RemoveFile(notePath.CString());
 }
 
 bool HighlightFile::Open(const char* path) noexcept {
   platform::ResetAttributes(path);
+  notePath_ = NotePathOf(path);
   file_ = platform::FileStream::Open(path, platform::OpenMode::ReadWrite);
   hasTime_ = file_.GetLastWriteTime(time_);
   return file_.IsOpen();
@@ -81,8 +122,10 @@ void HighlightFile::Read(PageHighlights& page) noexcept {
 bool HighlightFile::Save(const PageHighlights& page) noexcept {
   const std::span<const std::uint8_t> bytes = page.Bytes();
   if (file_.Seek(page.FileOffset(), platform::SeekFrom::Start) < 0) return false;
+  if (hasTime_) WriteNote(notePath_, time_);
   const bool isWritten = file_.Write(bytes.data(), static_cast<std::int64_t>(bytes.size()));
-  if (hasTime_) file_.SetLastWriteTime(time_);
+  const bool isMissingTime = hasTime_ && !file_.SetLastWriteTime(time_);
+  if (!isMissingTime) platform::RemoveFile(notePath_.CString());
   return isWritten;
 }
 

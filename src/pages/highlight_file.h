@@ -1,17 +1,23 @@
 // The highlight file: the learner's marks for one script from one use of the program to the next. It is nothing but the
 // states of all words, four in a byte (page_highlights.h), and carries the script's file time: with another time it
 // belongs to an earlier version of the script.
+//
+// Marks are written in place, and only then gets the file its time back. So that a program that is killed in between does
+// not lose them all, a note lies beside the file for that moment: under its name with "~", 8 bytes, the time it is to have.
 #pragma once
 
 #include <cstdint>
 
+#include "core/fixed_text.h"
 #include "pages/page_highlights.h"
 #include "platform/files.h"
 
 namespace tavimo::pages {
 
-// Leaves a highlight file that carries the script's file time: the one that is there, or a new one without marks. A
-// failure leaves what was there and is not reported: opening the file will fail.
+using HighlightNotePath = core::FixedText<1023>;  // empty for a longer path, which then has no note
+
+// Leaves a highlight file that carries the script's file time: the one that is there, also when a note says that only the
+// time is missing, or a new one without marks. A failure leaves what was there and is not reported: opening the file will fail.
 void EnsureHighlightFile(const char* scriptPath, const char* highlightPath) noexcept;
 
 class HighlightFile {
@@ -31,6 +37,7 @@ class HighlightFile {
   [[nodiscard]] bool Save(const PageHighlights& page) noexcept;
 
  private:
+  HighlightNotePath notePath_;
   platform::FileStream file_;
   platform::FileTime time_;
   bool hasTime_ = false;

@@ -120,7 +120,8 @@ TEST_F(WordSelection, AMarkThatCannotBeKeptIsNotMade) {
   ASSERT_EQ(Show("one two"), 1);
   EXPECT_EQ(ClickBehind("one "), "two=1");
   {
-    const auto plan = platform::FaultPlan::FailAt(1);
+    const auto plan =
+        platform::FaultPlan::FailAt(1, platform::FileFault::Fails, platform::FaultExtent::AllFromThere);
     EXPECT_EQ(ClickBehind(""), "");
   }
   EXPECT_EQ(pages::State().pageLayout.words[0].state, 0);
