@@ -1,21 +1,10 @@
 // The windows the engine stands in front of: what it takes, and that everything else reaches the host unchanged.
-#include <vector>
 
 #include "platform/windows.h"
 #include "support/engine_test.h"
 
 namespace tavimo::tests {
 namespace {
-
-struct Message {
-  VcWindow window;
-  std::uint32_t number;
-  std::uintptr_t wparam;
-  std::intptr_t lparam;
-  friend bool operator==(const Message&, const Message&) = default;
-};
-
-std::vector<Message> received;
 
 std::intptr_t VC_CALL HostProc(VcWindow window, std::uint32_t message, std::uintptr_t wparam, std::intptr_t lparam) {
   received.push_back({window, message, wparam, lparam});
@@ -54,26 +43,19 @@ TEST_F(HostWindowsTest, RegisteredTwiceKeepTheHostsOwnProcedure) {
   EXPECT_EQ(tvSendMessage(window, 0x400, 0, 0), 4711);
 }
 
-TEST_F(HostWindowsTest, ReplacedUnderTheOtherHookAnswerWithTheirOwnProcedures) {
+TEST_F(HostWindowsTest, ReplacedUnderEitherHookAnswerWithTheirOwnProcedures) {
   const Window first(TV_WINDOW, nullptr, HostProc);
   const Window second(TV_WINDOW, nullptr, OtherHostProc);
-  vcSetPlayFormWndProc(first);
-  vcSetWaveInAndOutWndProc(0, first);
-  vcSetPlayFormWndProc(second);
-  EXPECT_EQ(tvSendMessage(first, 0x400, 0, 0), 4711);
-  EXPECT_EQ(tvSendMessage(second, 0x400, 0, 0), 4712);
-  vcSetWaveInAndOutWndProc(0, second);
-  EXPECT_EQ(tvSendMessage(first, 0x400, 0, 0), 4711);
-  EXPECT_EQ(tvSendMessage(second, 0x400, 0, 0), 4712);
-}
-
-TEST_F(HostWindowsTest, ReplacedByAnotherAnswerWithTheirOwnProcedures) {
-  const Window first(TV_WINDOW, nullptr, HostProc);
-  const Window second(TV_WINDOW, nullptr, OtherHostProc);
-  vcSetWaveInAndOutWndProc(0, first);
-  vcSetWaveInAndOutWndProc(0, second);
-  EXPECT_EQ(tvSendMessage(first, 0x400, 0, 0), 4711);
-  EXPECT_EQ(tvSendMessage(second, 0x400, 0, 0), 4712);
+  const auto useForPlaying = [](VcWindow window) { vcSetPlayFormWndProc(window); };
+  const auto useForSound = [](VcWindow window) { vcSetWaveInAndOutWndProc(0, window); };
+  const std::pair<void (*)(VcWindow), VcWindow> kSteps[] = {{useForPlaying, first},  {useForSound, first},
+                                                            {useForPlaying, second}, {useForSound, second},
+                                                            {useForSound, first},    {useForSound, second}};
+  for (const auto& [use, window] : kSteps) {
+    use(window);
+    EXPECT_EQ(tvSendMessage(first, 0x400, 0, 0), 4711);
+    EXPECT_EQ(tvSendMessage(second, 0x400, 0, 0), 4712);
+  }
 }
 
 TEST_F(HostWindowsTest, HandOverTheFirstDroppedFile) {
@@ -85,8 +67,7 @@ TEST_F(HostWindowsTest, HandOverTheFirstDroppedFile) {
 
   const char* const drops[] = {"D:\\\xD6\xD0\\a.wav", "D:\\b.wav"};
   ASSERT_EQ(tvDropFiles(window, drops, 2), 0);
-  while (tvDispatchMessages(0) > 0) {
-  }
+  DispatchEverything();
   ASSERT_EQ(received.size(), 1u) << "the drop itself never reaches the host";
   EXPECT_EQ(received[0], (Message{window, 0x101, 0x7A, 0}));
   EXPECT_EQ(vcGetDragFile(path), 10) << "in characters";
@@ -111,20 +92,20 @@ TEST_F(HostWindowsTest, CutADroppedPathAtWhatTheBufferHolds) {
 
 TEST_F(HostWindowsTest, LoseAndRegainTheCloseCommand) {
   const Window window;
+  const Window another;  // the style is that of the kind
   const std::uint32_t before = tvClassStyle(window);
   vcNoClose(window, 1);
-  EXPECT_EQ(tvClassStyle(window), before | 0x200);
-  vcNoClose(window, 0);
+  EXPECT_EQ(tvClassStyle(another), before | 0x200);
+  vcNoClose(another, 0);
   EXPECT_EQ(tvClassStyle(window), before);
   vcNoClose(nullptr, 1);
 }
 
 TEST_F(HostWindowsTest, TellWhetherCtrlIsDown) {
-  EXPECT_EQ(vcIfCtrlPressed(), 0);
-  tvSetKeyDown(TV_VK_CONTROL, 1);
-  EXPECT_EQ(vcIfCtrlPressed(), 1);
-  tvSetKeyDown(TV_VK_CONTROL, 0);
-  EXPECT_EQ(vcIfCtrlPressed(), 0);
+  for (const int isDown : {1, 0}) {
+    tvSetKeyDown(TV_VK_CONTROL, isDown);
+    EXPECT_EQ(vcIfCtrlPressed(), isDown);
+  }
 }
 
 }  // namespace

@@ -82,8 +82,7 @@ TEST_F(OutputDevice, DropsCaptureMessagesThatWaitUnlessCaptureRuns) {
   const Bytes block(1256);
   ASSERT_EQ(tvFeedWaveInput(block.data(), 1256), 1256);
   vcWaveOutClose(1);
-  while (tvDispatchMessages(0) > 0) {
-  }
+  DispatchEverything();
   EXPECT_EQ(waveDataSeen, 3) << "a dropped block would never be queued again";
   EXPECT_EQ(recording::State().captureRing.queuedCount, 5);
   vcWaveInCloseForTape();

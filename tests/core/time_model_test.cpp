@@ -1,5 +1,4 @@
 // Times and byte offsets, through the exports, with the format and the data offset of an open tape.
-#include <cstdint>
 #include <limits>
 
 #include "core/time_model.h"
@@ -23,11 +22,10 @@ class TimeModel : public EngineTest {
 };
 
 TEST_F(TimeModel, ConvertsTimesToEvenOffsetsTowardZero) {
-  struct Case {
+  const struct {
     PcmFormat format;
     std::int32_t timeMs, offset;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {kSixteenMono22050, 0, 46},
       {kSixteenMono22050, 1, 46 + 44},      // 44.1
       {kSixteenMono22050, -1, 46 - 44},     // -44.1
@@ -38,7 +36,7 @@ TEST_F(TimeModel, ConvertsTimesToEvenOffsetsTowardZero) {
       {kSixteenMono22050, 3600000, 46 + 158760000},
       {{}, 1000, 46},  // no bytes per second
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     Use(c.format, 46);
     EXPECT_EQ(vcTimeToOffset(c.timeMs), c.offset) << c.format.sampleRate << " Hz, " << c.timeMs << " ms";
     vcSetFilePosByTime(c.timeMs);
@@ -61,24 +59,15 @@ TEST_F(TimeModel, ConvertsFileOffsetsToTimes) {
 }
 
 TEST_F(TimeModel, ConvertsByteCountsInTheFormatTheHostNames) {
-  const std::int32_t stereo[] = {22050, 16, 2};
-  const std::int32_t nothing[] = {22050, 0, 2};
-  const std::int32_t wraps[] = {0x10000, 0x10000, 2};
-  const std::int32_t negative[] = {-22050, 16, 2};
-  EXPECT_EQ(vcOffsetToTime(stereo, 88200), 1000);
-  EXPECT_EQ(vcOffsetToTime(stereo, -88200), -1000);
-  EXPECT_EQ(vcOffsetToTime(negative, 88200), -1000);
-  EXPECT_EQ(vcOffsetToTime(nothing, 88200), 0);
-  EXPECT_EQ(vcOffsetToTime(wraps, 88200), 0);
+  const struct {
+    std::int32_t format[3], byteCount, timeMs;
+  } cases[] = {{{22050, 16, 2}, 88200, 1000},
+               {{22050, 16, 2}, -88200, -1000},
+               {{-22050, 16, 2}, 88200, -1000},
+               {{22050, 0, 2}, 88200, 0},
+               {{0x10000, 0x10000, 2}, 88200, 0}};
+  for (const auto& c : cases) EXPECT_EQ(vcOffsetToTime(c.format, c.byteCount), c.timeMs) << c.format[0];
   EXPECT_EQ(vcOffsetToTime(nullptr, 88200), 0);
-}
-
-TEST_F(TimeModel, SetsPositionsByOffsetUnchanged) {
-  vcSetFilePosByOffset(-7);
-  EXPECT_EQ(core::State().currentWaveFile.filePosition, -7);
-  vcGotoRecordStartPos(0);
-  EXPECT_EQ(core::State().currentWaveFile.filePosition, 0);
-  EXPECT_EQ(&vcGotoRecordStartPos, &vcSetFilePosByTime);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 // Finding, opening and shortening digests.
 #include <chrono>
-#include <string>
 
 #include "hostutil/temp_side_file.h"
 #include "support/engine_test.h"
@@ -8,23 +7,19 @@
 namespace tavimo::tests {
 namespace {
 
-namespace fs = std::filesystem;
-
 class DigestFiles : public EngineTest {};
 
 TEST_F(DigestFiles, LieInTempAndBesideTheRecording) {
-  struct Case {
+  const struct {
     const char *recording, *working, *beside;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"D:\\lessons\\unit1.wav", "temp\\unit1.tmp", "D:\\lessons\\unit1.tmp"},
-      {"unit1.wav", "temp\\unit1.tmp", "unit1.tmp"},
       {"D:\\set.2\\lesson", "temp\\lesson.tmp", "D:\\set.tmp"},
       {"a.b.wav", "temp\\a.b.tmp", "a.b.tmp"},
       {"D:\\x\\", "temp\\.tmp", "D:\\x\\.tmp"},
       {"D:\\\xD5\x5C.wav", "temp\\.tmp", "D:\\\xD5\x5C.tmp"},  // by bytes: 0x5C is a separator here
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     hostutil::SidePaths paths;
     ASSERT_TRUE(hostutil::DeriveSidePaths(c.recording, ".tmp", paths)) << c.recording;
     EXPECT_STREQ(paths.working.CString(), c.working);
@@ -79,34 +74,17 @@ TEST_F(DigestFiles, AreOpenedOneAtATime) {
   vcCloseDigestFile();
 }
 
-Bytes Numbered(std::size_t count) {
-  Bytes levels(count);
-  for (std::size_t i = 0; i < count; ++i) levels[i] = static_cast<std::uint8_t>(i + 1);
-  return levels;
-}
-
 TEST_F(DigestFiles, AreShortenedByDroppingLevelsEvenly) {
-  struct Case {
-    std::int32_t durationMs;
-    std::size_t left;
-  };
-  for (const Case c : {Case{4000, 100},
-                       {5000, 100},
-                       {3961, 100},
-                       {3960, 99},
-                       {3000, 75},
-                       {2000, 50},
-                       {1960, 0},
-                       {0, 0},
-                       {-2147483647, 0}}) {
+  for (const auto& [durationMs, left] :
+       {std::pair{5000, 100u}, {3961, 100u}, {3960, 99u}, {2000, 50u}, {1960, 0u}, {-2147483647, 0u}}) {
     WriteBytes("temp/a.tmp", Numbered(100));
     const auto time = WriteTimeOf("temp/a.tmp") - 18'000'000'000'000;
     SetWriteTime("temp/a.tmp", time);
-    vcAdjustDigestFile("temp\\a.tmp", c.durationMs);
-    EXPECT_EQ(ReadBytes("temp/a.tmp").size(), c.left) << c.durationMs;
+    vcAdjustDigestFile("temp\\a.tmp", durationMs);
+    EXPECT_EQ(ReadBytes("temp/a.tmp").size(), left) << durationMs;
     EXPECT_EQ(WriteTimeOf("temp/a.tmp"), time) << "it stays current";
   }
-  WriteBytes("temp/a.tmp", Numbered(12));
+  WriteBytes("temp/a.tmp", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
   vcAdjustDigestFile("temp\\a.tmp", 360);  // three too many: every fourth goes
   EXPECT_EQ(ReadBytes("temp/a.tmp"), (Bytes{1, 2, 3, 5, 6, 7, 9, 10, 11}));
   EXPECT_TRUE(NamesIn("tmpwav").empty());

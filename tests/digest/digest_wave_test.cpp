@@ -1,6 +1,4 @@
 // Digests drawn as waveforms, checked pixel by pixel in a real picture.
-#include <string>
-#include <vector>
 
 #include "support/engine_test.h"
 #include "support/picture.h"
@@ -9,6 +7,14 @@ namespace tavimo::tests {
 namespace {
 
 using Rows = std::pair<int, int>;
+using Columns = std::vector<Rows>;
+constexpr Rows kNone(-1, -1);
+
+Columns BlackOf(const Picture& picture, int first, int end) {
+  Columns columns;
+  for (int x = first; x < end; ++x) columns.push_back(picture.BlackRows(x));
+  return columns;
+}
 
 class DigestWave : public EngineTest {
  protected:
@@ -22,11 +28,8 @@ TEST_F(DigestWave, HalfStandsOnItsBaseLine) {
   Open({128, 64, 1, 0});
   const Picture picture(6, 100);
   vcDrawHalfDigestWave(picture.dc, 100, 4, 0, 1);
-  EXPECT_EQ(picture.BlackRows(0), Rows(0, 99));
-  EXPECT_EQ(picture.BlackRows(1), Rows(50, 99));
-  EXPECT_EQ(picture.BlackRows(2), Rows(99, 99)) << "0.78 of a pixel";
-  EXPECT_EQ(picture.BlackRows(3), Rows(99, 99));
-  EXPECT_EQ(picture.BlackRows(4), Rows(-1, -1)) << "outside the area";
+  EXPECT_EQ(BlackOf(picture, 0, 5), (Columns{{0, 99}, {50, 99}, {99, 99}, {99, 99}, kNone}))
+      << "a level of 1 is 0.78 pixels";
 }
 
 TEST_F(DigestWave, HalfShowsTheEndOfTheRecordingInRed) {
@@ -34,12 +37,7 @@ TEST_F(DigestWave, HalfShowsTheEndOfTheRecordingInRed) {
   const Picture picture(4, 4);
   tvSelectPen(picture.dc, kBlack);
   vcDrawHalfDigestWave(picture.dc, 4, 4, 0, 2);
-  EXPECT_EQ(picture.Rows(), (std::vector<std::string>{
-                                ".r..",
-                                ".r..",
-                                "#r..",
-                                "####",
-                            }));
+  EXPECT_EQ(picture.Rows(), (std::vector<std::string>{".r..", ".r..", "#r..", "####"}));
   vcDrawHalfDigestWave(picture.dc, 4, 4, 0, 2);
   EXPECT_EQ(tvPixel(picture.dc, 0, 2), kBlack) << "the host's pen is selected again";
   const Picture late(3, 3);
@@ -55,43 +53,28 @@ TEST_F(DigestWave, HalfStartsAtTheLevelOfItsTime) {
     if (formatIsSet) core::State().tapeFormat.samplesPerLevel = 441;
     const Picture picture(2, 8);
     vcDrawHalfDigestWave(picture.dc, 8, 2, 1000, 1);
-    EXPECT_EQ(picture.BlackRows(0), Rows(0, 7));
-    EXPECT_EQ(picture.BlackRows(1), Rows(7, 7));
+    EXPECT_EQ(BlackOf(picture, 0, 2), (Columns{{0, 7}, {7, 7}}));
   }
 }
 
-TEST_F(DigestWave, FullIsCentredOnItsMiddleLine) {
-  Open({128, 128, 64, 64});
-  const Picture picture(5, 101);
-  vcDrawSrcDigestWave(picture.dc, 101, 4, 0, 2, 0);
-  EXPECT_EQ(picture.BlackRows(0), Rows(0, 100));
-  EXPECT_EQ(picture.BlackRows(1), Rows(13, 87));
-  EXPECT_EQ(picture.BlackRows(2), Rows(25, 75));
-  EXPECT_EQ(picture.BlackRows(3), Rows(25, 75)) << "the entry behind the last counts as equal to it";
-  EXPECT_EQ(picture.BlackRows(4), Rows(-1, -1));
-}
-
-TEST_F(DigestWave, FullStandsOnTheBottomWithoutALine) {
-  Open({128, 0, 64, 64});
-  const Picture picture(6, 100);
-  vcDrawSrcDigestWave(picture.dc, 100, 6, 0, 1, 1);
-  EXPECT_EQ(picture.BlackRows(0), Rows(0, 99));
-  EXPECT_EQ(picture.BlackRows(1), Rows(50, 99));
-  EXPECT_EQ(picture.BlackRows(2), Rows(-1, -1));
-  EXPECT_EQ(picture.BlackRows(3), Rows(75, 99));
-  EXPECT_EQ(picture.BlackRows(4), Rows(50, 99));
-}
-
-TEST_F(DigestWave, FullEndsEarlyWithTheRecording) {
-  Open({64, 64, 64});
-  const Picture centred(8, 9);
-  vcDrawSrcDigestWave(centred.dc, 9, 8, 0, 1, 0);
-  EXPECT_EQ(centred.BlackRows(5), Rows(2, 6));
-  EXPECT_EQ(centred.BlackRows(6), Rows(4, 4)) << "only the middle line goes on";
-  const Picture bars(8, 8);
-  vcDrawSrcDigestWave(bars.dc, 8, 8, 0, 1, 1);
-  EXPECT_EQ(bars.BlackRows(5), Rows(3, 7)) << "one pixel taller before an early end";
-  EXPECT_EQ(bars.BlackRows(6), Rows(-1, -1));
+TEST_F(DigestWave, FullIsCentredOrStandsOnTheBottomAndEndsEarlyWithTheRecording) {
+  const struct {
+    Bytes levels;
+    int width, height, spacing, isOnBottom, first;
+    Columns columns;
+  } cases[] = {
+      {{128, 128, 64, 64}, 4, 101, 2, 0, 0, {{0, 100}, {13, 87}, {25, 75}, {25, 75}, kNone}},
+      {{128, 0, 64, 64}, 6, 100, 1, 1, 0, {{0, 99}, {50, 99}, kNone, {75, 99}, {50, 99}}},
+      {{64, 64, 64}, 8, 9, 1, 0, 5, {{2, 6}, {4, 4}}},  // only the middle line goes on
+      {{64, 64, 64}, 8, 8, 1, 1, 5, {{3, 7}, kNone}},   // one pixel taller before an early end
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(&c - cases);
+    Open(c.levels);
+    const Picture picture(c.width + 1, c.height);
+    vcDrawSrcDigestWave(picture.dc, c.height, c.width, 0, c.spacing, c.isOnBottom);
+    EXPECT_EQ(BlackOf(picture, c.first, c.first + static_cast<int>(c.columns.size())), c.columns);
+  }
 }
 
 TEST_F(DigestWave, FullStartsAtTheLevelThatCoversItsTime) {
@@ -108,7 +91,7 @@ TEST_F(DigestWave, ShowsNothingOfAnEarlierDrawing) {
   const Picture wide(2100, 9);
   vcDrawSrcDigestWave(wide.dc, 9, 2100, 0, 1, 0);
   EXPECT_EQ(wide.BlackRows(2047), Rows(0, 8));
-  EXPECT_EQ(wide.BlackRows(2048), Rows(-1, -1)) << "the first 2048 columns are drawn";
+  EXPECT_EQ(wide.BlackRows(2048), kNone) << "the first 2048 columns are drawn";
   Open({32, 32});
   for (const std::int32_t width : {4, 5}) {
     const Picture picture(6, 9);

@@ -1,5 +1,4 @@
 // The learner's voice: its overview of 600 levels, and the waves drawn from it.
-#include "platform/gbk_literal.h"
 #include "support/engine_test.h"
 #include "support/message_boxes.h"
 #include "support/picture.h"
@@ -7,7 +6,6 @@
 namespace tavimo::tests {
 namespace {
 
-using namespace platform::literals;
 using Rows = std::pair<int, int>;
 
 class VoiceOverview : public EngineTest {
@@ -69,26 +67,19 @@ TEST_F(VoiceOverview, ShowsNothingOfAnEarlierVoiceForAShortOne) {
 TEST_F(VoiceOverview, SaysWhyItCannotBeShown) {
   Record(std::vector<std::int16_t>(6000, 25600));
   ASSERT_EQ(vcSetVisualWaveDataMan(0), 0);
-  Bytes other = WaveFile({}, Bytes(8));
-  other[8] = 'X';
-  Bytes cut = WaveFile({}, Bytes(8));
-  cut.resize(30);
-  struct Case {
-    Bytes bytes;
-    const char* message;
-  };
-  const Case cases[] = {
+  const Bytes good = WaveFile({}, Bytes(8));
+  const std::pair<Bytes, const char*> cases[] = {
       {{}, u8"临时文件打不开。ErrorNo 70"_gbk},
-      {other, u8"不是wave声音文件,无法播放。ErrorNo 71"_gbk},
+      {With(good, 8, {'X'}), u8"不是wave声音文件,无法播放。ErrorNo 71"_gbk},
       {RiffWave({Chunk("data", Bytes(8))}), u8"无效的wave声音文件,无法播放。ErrorNo 72"_gbk},
       {RiffWave({Chunk("fmt ", Bytes(14)), Chunk("data", Bytes(8))}), u8"无效的wave声音文件,无法播放ErrorNo 73。"_gbk},
-      {cut, u8"临时文件读出错。ErrorNo 74"_gbk},
+      {Part(good, 0, 30), u8"临时文件读出错。ErrorNo 74"_gbk},
       {RiffWave({Chunk("fmt ", FormatRecord({}))}), u8"文件读出错。ErrorNo 76"_gbk},
   };
-  for (const Case& c : cases) {
-    WriteBytes("tmpwav/tmpmic.wav", c.bytes);
+  for (const auto& [bytes, message] : cases) {
+    WriteBytes("tmpwav/tmpmic.wav", bytes);
     EXPECT_EQ(vcSetVisualWaveDataMan(0), -1);
-    EXPECT_EQ(boxes.Take(), (std::vector<Box>{{c.message, "Tavimo"}}));
+    EXPECT_EQ(boxes.Take(), (std::vector<Box>{{message, "Tavimo"}}));
     EXPECT_EQ(Level(0), 100u) << "the overview stays";
   }
   std::filesystem::remove("tmpwav/tmpmic.wav");

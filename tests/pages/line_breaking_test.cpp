@@ -28,36 +28,21 @@ TEST(LineBreaking, KeepsWordsAndCharactersWhole) {
     LineBreak pagination;
   } kCases[] = {
       {"hello world", 9, {6, 6}, {6, 6}},  // the word moves down, the space ends the line
-      {"hello world", 6, {6, 6}, {6, 6}},
       {"hello world", 12, {11, 0, kEnds}, {11, 0, kEnds}},
       {"hello world", 11, {6, 6}, {6, 6}},  // a line that would fill the width exactly
       {"helloworld", 5, {4, 4}, {4, 4}},
-      {"it isn't", 7, {3, 3}, {3, 3}},
-      {"hello.", 6, {5, 5}, {5, 5}},
-      {"ab\tc", 3, {2, 2}, {2, 2}},
-      {"ab\x01"
-       "c",
-       3,
-       {3, 3},
-       {3, 3}},
       {"say \"hi\"", 5, {3, 3}, {3, 3}},  // the quote takes the byte before it along
-      {"a\"b", 2, {0, 0}, {0, 0}},
       {"\"b", 1, {-1, -1}, {-1, -1}},
-      {u8"中文字"_gbk, 3, {2, 2}, {2, 2}},
-      {u8"中文字"_gbk, 4, {2, 2}, {2, 2}},
       {u8"a中文字"_gbk, 5, {3, 3}, {3, 3}},
       {u8"一二三四五六七八九"_gbk, 18, {16, 16}, {16, 16}},
-      {u8"一二三四五六七八九"_gbk, 17, {16, 16}, {16, 16}},
       {u8"好。\"x"_gbk, 5, {3, 3}, {3, 3}},  // here half a character
       {"ab\r\ncd", 9, {2, 4}, {2, 4}},
-      {"ab\r\n", 9, {2, 4}, {2, 4}},
       {"ab\r", 9, {2, 3}, {2, 3}},
       {"ab\rcd", 9, {2, 4}, {2, 3}},
       {"ab\ncd", 3, {3, 3}, {2, 3}},
       {"ab\n\ncd", 3, {3, 3}, {2, 4}},
       {"\r\n", 9, {0, 2}, {0, 2}},
       {"", 9, {0, 0, kEnds}, {0, 0, kEnds}},
-      {"ab", 0, {0, 0}, {0, 0}},
       {" b", -7, {1, 1}, {1, 1}},
       {"@@ab cd", 7, {5, 5}, {5, 5}},  // two blanks wide
       {"@@abcd", 5, {2, 2}, {2, 2}},   // and two blanks to break at

@@ -1,17 +1,12 @@
 // Clicks on a page and the marks they leave.
-#include <filesystem>
 #include <optional>
-#include <string>
 
 #include "platform/file_faults.h"
-#include "platform/gbk_literal.h"
 #include "platform/utility.h"
 #include "support/script_page.h"
 
 namespace tavimo::tests {
 namespace {
-
-using namespace platform::literals;
 
 class WordSelection : public ScriptPages {
  protected:

@@ -13,22 +13,16 @@ namespace {
 
 namespace fs = std::filesystem;
 using tests::NamesIn;
-using tests::ReadBytes;
+using tests::ReadText;
 using tests::WriteText;
-
-std::string Content(const fs::path& path) {
-  const tests::Bytes bytes = ReadBytes(path);
-  return {bytes.begin(), bytes.end()};
-}
 
 bool IsReadOnly(const char* path) { return (fs::status(path).permissions() & fs::perms(0222)) == fs::perms::none; }
 
-bool Replace(const char* path, const char* text,
-             ReplacementFile::Durability durability = ReplacementFile::Durability::Synced) {
+bool Replace(const char* path, const char* text) {
   ReplacementFile file;
   if (!file.Begin(path)) return false;
   file.Write(text, static_cast<std::int64_t>(std::string_view(text).size()));
-  return file.Commit(durability);
+  return file.Commit(ReplacementFile::Durability::Synced);
 }
 
 class Files : public testing::Test {
@@ -64,7 +58,7 @@ TEST_F(Files, AReadOnlyFileIsReadAndNothingElse) {
   EXPECT_FALSE(Replace("d\\locked.txt", "new"));
   EXPECT_FALSE(CopyFileOver("d\\a.txt", "d\\LOCKED.txt"));
   EXPECT_FALSE(RemoveFile("d\\locked.txt"));
-  EXPECT_EQ(Content("d/locked.txt"), "locked");
+  EXPECT_EQ(ReadText("d/locked.txt"), "locked");
   EXPECT_TRUE(ResetAttributes("d\\locked.txt"));
   EXPECT_TRUE(ResetAttributes("d"));
   EXPECT_FALSE(ResetAttributes("d\\missing"));
@@ -77,7 +71,7 @@ TEST_F(Files, AReadOnlyFileIsReadAndNothingElse) {
 TEST_F(Files, AStreamHasOnePositionForReadingAndWriting) {
   FileStream stream = FileStream::Open("d\\new", OpenMode::Create);
   ASSERT_TRUE(stream.Write("abcdef", 6));
-  EXPECT_EQ(Content("d/new"), "abcdef") << "not buffered";
+  EXPECT_EQ(ReadText("d/new"), "abcdef") << "not buffered";
   EXPECT_EQ(stream.Seek(-4, SeekFrom::Current), 2);
   char bytes[10];
   EXPECT_EQ(stream.Read(bytes, 10), 4);
@@ -87,7 +81,7 @@ TEST_F(Files, AStreamHasOnePositionForReadingAndWriting) {
   EXPECT_EQ(stream.Position(), 6);
   EXPECT_EQ(stream.Seek(2, SeekFrom::End), 8);
   ASSERT_TRUE(stream.Write("x", 1));
-  EXPECT_EQ(Content("d/new"), std::string("abcdef\0\0x", 9));
+  EXPECT_EQ(ReadText("d/new"), std::string("abcdef\0\0x", 9));
   EXPECT_EQ(stream.Length(), 9);
   FileStream other = std::move(stream);
   EXPECT_FALSE(stream.IsOpen());  // NOLINT(bugprone-use-after-move): the promise under test
@@ -100,7 +94,7 @@ TEST_F(Files, AStreamHasOnePositionForReadingAndWriting) {
   EXPECT_EQ(other.Seek(0, SeekFrom::Start), -1);
   EXPECT_EQ(other.Length(), -1);
   EXPECT_TRUE(FileStream::Open("d\\new", OpenMode::Create).IsOpen());
-  EXPECT_EQ(Content("d/new"), "") << "creating truncates at once";
+  EXPECT_EQ(ReadText("d/new"), "") << "creating truncates at once";
 }
 
 TEST_F(Files, AFaultShowsInTheResultOfItsOperation) {
@@ -112,7 +106,7 @@ TEST_F(Files, AFaultShowsInTheResultOfItsOperation) {
     EXPECT_EQ(stream.Position(), 2) << "behind what was written";
     EXPECT_TRUE(stream.Write("w", 1)) << "one operation only";
   }
-  EXPECT_EQ(Content("d/a.txt"), "new");
+  EXPECT_EQ(ReadText("d/a.txt"), "new");
   stream.Seek(0, SeekFrom::Start);
   {
     const FaultPlan plan = FaultPlan::FailAt(1, FileFault::EndsEarly);
@@ -131,22 +125,19 @@ TEST_F(Files, AFaultShowsInTheResultOfItsOperation) {
 
 TEST_F(Files, AReplacementShowsOnlyWhenItIsWhole) {
   FileStream reader = FileStream::Open("d\\a.txt", OpenMode::Read);
-  const std::vector<std::string> names = NamesIn("d");
-  {
-    ReplacementFile file;
-    ASSERT_TRUE(file.Begin("d\\A.TXT"));
-    file.Write("new", 3);
-    EXPECT_TRUE(file.IsWhole());
-    EXPECT_EQ(Content("d/a.txt"), "old");
-    file.Discard();
-    EXPECT_FALSE(file.Commit(ReplacementFile::Durability::Cached)) << "nothing to commit";
-    ASSERT_TRUE(file.Begin("d\\a.txt")) << "once more with the same object";
-    file.Write("newer", 5);
-    fs::current_path("d");
-    EXPECT_TRUE(file.Commit(ReplacementFile::Durability::Cached)) << "the folder was settled by Begin";
-    fs::current_path("..");
-  }
-  EXPECT_EQ(Content("d/a.txt"), "newer");
+  ReplacementFile file;
+  ASSERT_TRUE(file.Begin("d\\A.TXT"));
+  file.Write("new", 3);
+  EXPECT_TRUE(file.IsWhole());
+  EXPECT_EQ(ReadText("d/a.txt"), "old");
+  file.Discard();
+  EXPECT_FALSE(file.Commit(ReplacementFile::Durability::Cached)) << "nothing to commit";
+  ASSERT_TRUE(file.Begin("d\\a.txt")) << "once more with the same object";
+  file.Write("newer", 5);
+  fs::current_path("d");
+  EXPECT_TRUE(file.Commit(ReplacementFile::Durability::Cached)) << "the folder was settled by Begin";
+  fs::current_path("..");
+  EXPECT_EQ(ReadText("d/a.txt"), "newer");
   char bytes[4] = "";
   EXPECT_EQ(reader.Read(bytes, 3), 3);
   EXPECT_STREQ(bytes, "old") << "an open stream goes on reading the old bytes";
@@ -179,15 +170,13 @@ TEST_F(Files, NothingIsLostWhereverAReplacementFails) {
   const auto prepare = [] { WriteText("d/a.txt", "old"); };
   const auto change = [] { return Replace("d\\a.txt", "new text"); };
   const std::vector<std::string> names = NamesIn("d");
-  ForEveryFault(FaultExtent::OneOperation, prepare, change, [&](bool isDone) {
-    EXPECT_EQ(Content("d/a.txt"), isDone ? "new text" : "old");
-    EXPECT_EQ(NamesIn("d"), names);
-  });
-  ForEveryFault(FaultExtent::AllFromThere, prepare, change, [&](bool isDone) {
-    EXPECT_EQ(Content("d/a.txt"), isDone ? "new text" : "old");
-    EXPECT_TRUE(change()) << "what a kill leaves behind is in nobody's way";
-    EXPECT_EQ(NamesIn("d"), names);
-  });
+  for (const FaultExtent extent : {FaultExtent::OneOperation, FaultExtent::AllFromThere}) {
+    ForEveryFault(extent, prepare, change, [&](bool isDone) {
+      EXPECT_EQ(ReadText("d/a.txt"), isDone ? "new text" : "old");
+      EXPECT_TRUE(extent == FaultExtent::OneOperation || change()) << "what a kill leaves behind is in nobody's way";
+      EXPECT_EQ(NamesIn("d"), names);
+    });
+  }
 }
 
 TEST_F(Files, ACopyCarriesContentTimeAndTheReadOnlyMark) {
@@ -196,24 +185,18 @@ TEST_F(Files, ACopyCarriesContentTimeAndTheReadOnlyMark) {
   const std::int64_t time = tests::WriteTimeOf("d/large") - 1'234'567'891;
   tests::SetWriteTime("d/large", time);
   ASSERT_TRUE(CopyFileOver("d\\large", "d\\A.txt"));
-  EXPECT_EQ(Content("d/a.txt"), large);
+  EXPECT_EQ(ReadText("d/a.txt"), large);
   EXPECT_EQ(tests::WriteTimeOf("d/a.txt"), time);
   EXPECT_FALSE(IsReadOnly("d/a.txt"));
   ASSERT_TRUE(CopyFileOver("d\\locked.txt", "d\\copy"));
   EXPECT_TRUE(IsReadOnly("d/copy"));
   EXPECT_FALSE(CopyFileOver("d\\locked.txt", "d\\copy")) << "the copy is read-only too";
   fs::create_hard_link("d/large", "d/second name");
-  const char* const refused[][2] = {{"d\\large", "D\\LARGE"},
-                                    {"d\\large", "d\\second name"},
-                                    {"d", "d\\x"},
-                                    {"d\\large", "d"},
-                                    {"d\\large", "d\\"},
-                                    {"missing", "d\\x"},
-                                    {"d\\large", "missing\\x"},
-                                    {nullptr, "d\\x"},
-                                    {"d\\large", nullptr}};
+  const char* const refused[][2] = {
+      {"d\\large", "D\\LARGE"}, {"d\\large", "d\\second name"}, {"d", "d\\x"},     {"d\\large", "d"},
+      {"missing", "d\\x"},      {"d\\large", "missing\\x"},     {nullptr, "d\\x"}, {"d\\large", nullptr}};
   for (const auto& pair : refused) EXPECT_FALSE(CopyFileOver(pair[0], pair[1]));
-  EXPECT_EQ(Content("d/large"), large);
+  EXPECT_EQ(ReadText("d/large"), large);
 }
 
 TEST_F(Files, NothingIsLostWhereverACopyFails) {
@@ -224,9 +207,9 @@ TEST_F(Files, NothingIsLostWhereverACopyFails) {
     ForEveryFault(
         extent, [] { WriteText("d/a.txt", "old"); }, [] { return CopyFileOver("large", "d\\a.txt"); },
         [&](bool isDone) {
-          EXPECT_EQ(Content("d/a.txt") == large, isDone);
-          EXPECT_TRUE(isDone || Content("d/a.txt") == "old");
-          EXPECT_EQ(Content("large"), large);
+          EXPECT_EQ(ReadText("d/a.txt") == large, isDone);
+          EXPECT_TRUE(isDone || ReadText("d/a.txt") == "old");
+          EXPECT_EQ(ReadText("large"), large);
           EXPECT_TRUE(Replace("d\\a.txt", ""));
           EXPECT_EQ(NamesIn("d"), names);
         });
@@ -243,10 +226,10 @@ TEST_F(Files, MovingNeverReplacesAnotherFile) {
   EXPECT_TRUE(MoveFileTo("d\\a.txt", "d\\a.txt"));
   EXPECT_TRUE(MoveFileTo("d\\locked.txt", "temp\\moved"));
   EXPECT_EQ(NamesIn("d"), (std::vector<std::string>{"a.txt", "b.txt"}));
-  EXPECT_EQ(Content("temp/moved"), "locked");
+  EXPECT_EQ(ReadText("temp/moved"), "locked");
   EXPECT_TRUE(IsReadOnly("temp/moved"));
   EXPECT_TRUE(MoveFileTo("d", "e"));
-  EXPECT_EQ(Content("e/a.txt"), "old");
+  EXPECT_EQ(ReadText("e/a.txt"), "old");
 }
 
 }  // namespace

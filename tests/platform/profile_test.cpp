@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "support/scratch_folder.h"
 
 namespace tavimo::platform {

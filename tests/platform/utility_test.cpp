@@ -4,25 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <string>
 
 #include "support/scratch_folder.h"
 
 namespace tavimo::platform {
 namespace {
-
-TEST(Utility, AFileTimeThatWasCarriedOverIsTheSameUntilTheFileChanges) {
-  tests::ScratchFolder folder;
-  tests::WriteText("source", "1");
-  tests::WriteText("target", "22");
-  const std::int64_t time = tests::WriteTimeOf("source") - 1'234'567'891;
-  tests::SetWriteTime("source", time);
-  EXPECT_FALSE(IsSameTimeFiles("source", "target"));
-  EXPECT_TRUE(SetSameFileTime("source", "target"));
-  EXPECT_TRUE(IsSameTimeFiles("source", "target"));
-  tests::SetWriteTime("source", time + 1);
-  EXPECT_FALSE(IsSameTimeFiles("source", "target"));
-}
 
 TEST(Utility, AMissingFileHasNoTime) {
   tests::ScratchFolder folder;
@@ -40,9 +26,7 @@ TEST(Utility, AnExtensionBeginsAtTheLastDotOfTheName) {
     const char* path;
     int size;
     const char* extension;
-  } cases[] = {{"C:\\lesson\\a.wav", 10, ".wav"},
-               {"a.b.zud", 10, ".zud"},
-               {"a", 10, ""},
+  } cases[] = {{"d\\a.b.zud", 10, ".zud"},
                {"", 10, ""},
                {nullptr, 10, ""},
                {"d.x\\name", 10, ""},

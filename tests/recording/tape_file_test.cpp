@@ -1,14 +1,13 @@
 // Tapes made, appended and saved, byte by byte, and the message of every failure.
-#include "platform/gbk_literal.h"
+#include <array>
+#include <climits>
+
 #include "recording/recording_state.h"
 #include "support/engine_test.h"
 #include "support/message_boxes.h"
 
 namespace tavimo::tests {
 namespace {
-
-using namespace platform::literals;
-namespace fs = std::filesystem;
 
 class TapeFiles : public EngineTest {
  protected:
@@ -24,49 +23,34 @@ TEST_F(TapeFiles, BeginWithTheirExactHeader) {
   EXPECT_EQ(core::State().currentWaveFile.dataOffset, 46);
   EXPECT_EQ(core::State().currentWaveFile.filePosition, 46);
   vcCloseWaveFile(3);
-  Bytes closed = open;
-  closed[4] = 38;
-  closed[42] = 0;
-  EXPECT_EQ(ReadBytes("tmpwav/tmpmic.wav"), closed);
+  EXPECT_EQ(ReadBytes("tmpwav/tmpmic.wav"), With(With(open, 4, {38}), 42, {0}));
 
   ASSERT_EQ(vcNewTapeFile(22050, 8, 2, "tmpwav\\tmpmic.wav"), 0);
   vcCloseWaveFile(0);
-  const Bytes stereo = ReadBytes("tmpwav/tmpmic.wav");
-  EXPECT_EQ(Bytes(stereo.begin() + 20, stereo.begin() + 36),
+  EXPECT_EQ(Part(ReadBytes("tmpwav/tmpmic.wav"), 20, 36),
             (Bytes{1, 0, 2, 0, 0x22, 0x56, 0, 0, 0x44, 0xAC, 0, 0, 2, 0, 8, 0}));
 }
 
 TEST_F(TapeFiles, TakeAnyFormatWithoutDividingByIt) {
-  struct Case {
-    std::int32_t rate, bits, channels;
-  };
-  for (const Case& c : {Case{0, 0, 0},
-                        {11025, 7, 1},
-                        {11025, 16, 0},
-                        {-1, -1, -1},
-                        {2147483647, 2147483647, 2147483647},
-                        {-2147483647 - 1, 16, 2},
-                        {0, 16, 2}}) {
-    vcSetTapeFileFormat(c.rate, c.bits, c.channels);
+  const std::int32_t formats[][3] = {{0, 0, 0},        {11025, 7, 1}, {11025, 16, 0}, {INT_MAX, INT_MAX, INT_MAX},
+                                     {INT_MIN, 16, 2}, {0, 16, 2}};
+  for (const auto& [rate, bits, channels] : formats) {
+    vcSetTapeFileFormat(rate, bits, channels);
     vcGetRecordBufLenInTime();
     vcCountDiskSpace(60);
     vcCountDiskSpace(1e300);
-    EXPECT_EQ(vcNewTapeFile(c.rate, c.bits, c.channels, "tmpwav\\a.wav"), 0);
+    EXPECT_EQ(vcNewTapeFile(rate, bits, channels, "tmpwav\\a.wav"), 0);
     vcRecordTape();
     vcSetFilePosByTime(1000);
     vcGetWfOutTimePos();
     vcStopRecordTape();
-    EXPECT_EQ(vcWaveInOpenForTape(c.rate, c.bits, c.channels), 0);
+    EXPECT_EQ(vcWaveInOpenForTape(rate, bits, channels), 0);
     vcCloseWaveFile(3);
   }
-  std::int32_t rate = 0;
-  std::int32_t bits = 0;
-  std::int32_t channels = 0;
+  std::int32_t found[3] = {};
   vcSetTapeFileFormat(44100, 16, 2);
-  vcGetFileFormat(&rate, &bits, &channels);
-  EXPECT_EQ(rate, 44100);
-  EXPECT_EQ(bits, 16);
-  EXPECT_EQ(channels, 2);
+  vcGetFileFormat(&found[0], &found[1], &found[2]);
+  EXPECT_EQ(std::to_array(found), (std::array{44100, 16, 2}));
   EXPECT_EQ(core::State().tapeFormat.samplesPerLevel, 1764);
 }
 
@@ -94,31 +78,21 @@ TEST_F(TapeFiles, SayWhyTheyCannotBeMade) {
 
 TEST_F(TapeFiles, SayWhyTheyCannotBeAppended) {
   const Bytes good = WaveFile({}, Bytes(100));
-  Bytes otherForm = good;
-  otherForm[8] = 'X';
-  const Bytes shortFormat = RiffWave({Chunk("fmt ", Bytes(14)), Chunk("data", Bytes(8))});
-  const Bytes noData = RiffWave({Chunk("fmt ", FormatRecord({}))});
-  Bytes cutFormat = good;
-  cutFormat.resize(30);
-  struct Case {
-    Bytes bytes;
-    const char* message;
-  };
-  const Case cases[] = {
+  const std::pair<Bytes, const char*> cases[] = {
       {{}, u8"文件读错误 。ErrorNo 21.1"_gbk},
-      {otherForm, u8"不是wave声音文件,无法播放。 ErrorNo 22"_gbk},
+      {With(good, 8, {'X'}), u8"不是wave声音文件,无法播放。 ErrorNo 22"_gbk},
       {RiffWave({Chunk("data", Bytes(8))}), u8"无效的wave声音文件,无法播放。 ErrorNo 23"_gbk},
-      {shortFormat, u8"无效的wave声音文件,无法播放。 ErrorNo 24"_gbk},
-      {cutFormat, u8"无效的wave声音文件,无法播放。ErrorNo 25"_gbk},
+      {RiffWave({Chunk("fmt ", Bytes(14)), Chunk("data", Bytes(8))}), u8"无效的wave声音文件,无法播放。 ErrorNo 24"_gbk},
+      {Part(good, 0, 30), u8"无效的wave声音文件,无法播放。ErrorNo 25"_gbk},
       {WaveFile({3, 1, 44100, 32}, Bytes(8)), u8"无效的wave声音文件,无法播放。ErrorNo 25"_gbk},
-      {noData, u8"无效的wave声音文件,无法播放。 ErrorNo 27"_gbk},
+      {RiffWave({Chunk("fmt ", FormatRecord({}))}), u8"无效的wave声音文件,无法播放。 ErrorNo 27"_gbk},
   };
-  for (const Case& c : cases) {
-    WriteBytes("a.wav", c.bytes);
+  for (const auto& [bytes, message] : cases) {
+    WriteBytes("a.wav", bytes);
     EXPECT_EQ(vcAppendTapeFile("a.wav"), -1);
-    EXPECT_EQ(boxes.Take(), (std::vector<Box>{{c.message, "Tavimo"}}));
+    EXPECT_EQ(boxes.Take(), (std::vector<Box>{{message, "Tavimo"}}));
     EXPECT_FALSE(core::State().currentWaveFile.mmioHandle.IsOpen());
-    EXPECT_EQ(ReadBytes("a.wav"), c.bytes);
+    EXPECT_EQ(ReadBytes("a.wav"), bytes);
   }
   ASSERT_GE(vcNewTapeFile(8000, 8, 1, "open.wav"), 0);
   EXPECT_EQ(vcAppendTapeFile("none.wav"), -1);

@@ -1,21 +1,17 @@
 // The hosts' settings: sound parameters by recording, and files of three numbers.
 #include <chrono>
-#include <string>
 
 #include "support/engine_test.h"
 
 namespace tavimo::tests {
 namespace {
 
-namespace fs = std::filesystem;
-
 class ParameterFiles : public EngineTest {};
 
 TEST_F(ParameterFiles, BelongToARecordingByItsTime) {
   WriteText("unit1.wav", "recording");
   SetWriteTime("unit1.wav", WriteTimeOf("unit1.wav") - 987654321);
-  Bytes record(20);
-  for (std::size_t i = 0; i < 20; ++i) record[i] = static_cast<std::uint8_t>(i * 13);
+  const Bytes record = Numbered(20);
   EXPECT_EQ(vcIfSoundParaFileExist("unit1.wav"), 0);
   ASSERT_EQ(vcWriteSoundFilePara("unit1.wav", "temp\\unit1.par", record.data()), 1);
   EXPECT_EQ(ReadBytes("temp/unit1.par"), record);
@@ -50,7 +46,7 @@ TEST_F(ParameterFiles, RefuseWhatCannotBeWrittenOrRead) {
 
 TEST_F(ParameterFiles, HoldThreeNumbersAsLines) {
   vcWriteParaFile("a.txt", 7, -2, 300);
-  EXPECT_EQ(ReadBytes("a.txt"), (Bytes{'7', '\r', '\n', '-', '2', '\r', '\n', '3', '0', '0', '\r', '\n'}));
+  EXPECT_EQ(ReadText("a.txt"), "7\r\n-2\r\n300\r\n");
   EXPECT_EQ(vcIfParaMatch("a.txt", 7, -2, 300), 1);
   EXPECT_EQ(vcIfParaMatch("a.txt", 7, 300, -2), 0);
   vcWriteParaFile("a.txt", -2147483647 - 1, 2147483647, 0);
@@ -61,13 +57,11 @@ TEST_F(ParameterFiles, HoldThreeNumbersAsLines) {
 }
 
 TEST_F(ParameterFiles, MatchByTheNumbersTheirLinesBeginWith) {
-  struct Case {
+  const std::string zeros(95, '0');
+  const struct {
     std::string text;
     std::int32_t a, b, c, match;
-  };
-  const std::string zeros(95, '0');
-  const Case cases[] = {
-      {"1\n2\n3", 1, 2, 3, 1},
+  } cases[] = {
       {" \t1 \t\r\n+2x\r\n-3.5\r\n", 1, 2, -3, 1},
       {"1\r\n2\r\n", 1, 2, 2, 0},  // a missing line
       {"", 0, 0, 0, 0},
@@ -79,7 +73,7 @@ TEST_F(ParameterFiles, MatchByTheNumbersTheirLinesBeginWith) {
       {zeros + "123\n4\n", 12 * 10 + 3, 0, 4, 1},  // 98: the line end is the next line
       {zeros + "1234\n5\n", 123, 4, 5, 1},         // the rest is the next line
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     WriteText("a.txt", c.text);
     EXPECT_EQ(vcIfParaMatch("a.txt", c.a, c.b, c.c), c.match) << c.text;
   }

@@ -31,12 +31,11 @@ class Segmentation : public EngineTest {
 
 TEST_F(Segmentation, FindsSentencesBetweenSilences) {
   const Bytes levels = {0, 0, 0, 50, 50, 0, 0, 0, 0, 60, 0, 0};
-  struct Case {
+  const struct {
     Bytes levels;
     std::int32_t threshold, length;
     Starts starts;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {levels, 10, 3, {40, 280}},
       {levels, 10, 5, {}},  // one sentence is none
       {{50, 0, 0, 50}, 10, 2, {0, 40}},
@@ -49,7 +48,7 @@ TEST_F(Segmentation, FindsSentencesBetweenSilences) {
       {Bytes(100, 0), 10, 1, {}},
       {Bytes(100, 90), 10, 1, {}},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     WriteText("tmp.sen", "left over");
     Open(c.levels);
     EXPECT_EQ(Cut(c.threshold, c.length), static_cast<std::int32_t>(c.starts.size()));
@@ -100,10 +99,7 @@ TEST_F(Segmentation, AgreesWithTheRuleOfTheRing) {
 }
 
 TEST_F(Segmentation, TakesSilencesUpTo1024Levels) {
-  Bytes levels(1, 90);
-  levels.insert(levels.end(), 1024, 0);
-  levels.push_back(90);
-  Open(levels);
+  Open(Joined(With(Bytes(1025), 0, {90}), {90}));
   EXPECT_EQ(Cut(10, 1024), 2);
   for (const std::int32_t length : {1025, 0, -1}) {
     WriteText("tmp.sen", "of another recording");

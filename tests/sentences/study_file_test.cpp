@@ -2,26 +2,18 @@
 #include "sentences/study_file.h"
 
 #include <cstring>
-#include <string>
 
 #include "support/engine_test.h"
 
 namespace tavimo::tests {
 namespace {
 
-namespace fs = std::filesystem;
 using Starts = std::vector<std::uint32_t>;
 
 class StudyFiles : public EngineTest {
  protected:
   // A study file with one bookmark, at 5 ms with the label "x", and two starts.
-  static Bytes Sample() {
-    Bytes bytes(320);
-    bytes[0] = 5;
-    bytes[4] = 'x';
-    bytes.insert(bytes.end(), {40, 0, 0, 0, 0x18, 1, 0, 0});
-    return bytes;
-  }
+  static Bytes Sample() { return Joined(With(Bytes(320), 0, {5, 0, 0, 0, 'x'}), {40, 0, 0, 0, 0x18, 1, 0, 0}); }
 
   static void SetBookMark(std::size_t slot, std::uint32_t timeMs) {
     core::WriteU32(sentences::State().bookMarkTable.records[slot].bytes.data(), timeMs);
@@ -29,10 +21,9 @@ class StudyFiles : public EngineTest {
 };
 
 TEST_F(StudyFiles, LieBesideTheRecordingAndInTheFolderZud) {
-  struct Case {
+  const struct {
     const char *recording, *beside, *inFolder;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"D:\\course\\unit1.wav", "D:\\course\\unit1.zud", "zud\\unit1.zud"},
       {"D:\\course\\unit1", "D:\\course\\unit1.zud", "zud\\unit1.zud"},
       {"D:\\a.b\\unit1", "D:\\a.b\\unit1.zud", "zud\\unit1.zud"},
@@ -41,7 +32,7 @@ TEST_F(StudyFiles, LieBesideTheRecordingAndInTheFolderZud) {
       {"\\unit1.wav", "\\unit1.zud", "zud\\unit1.zud"},
       {"D:\\x\\.wav", "D:\\x\\.zud", "zud\\.zud"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     sentences::StudyPaths paths;
     ASSERT_TRUE(sentences::DeriveStudyPaths(c.recording, paths)) << c.recording;
     EXPECT_STREQ(paths.beside.CString(), c.beside) << c.recording;
@@ -63,12 +54,11 @@ TEST_F(StudyFiles, HoldAsManyStartsAsTheirLengthSays) {
     EXPECT_FALSE(sentences::State().bookMarkTable.HasAnyTime()) << "opening empties the table";
     EXPECT_EQ(sentences::State().studyFile.IsOpen(), count >= 0);
   }
-  SetBookMark(3, 99);
-  EXPECT_EQ(vcOpenSentenceFile("none.wav"), -1);
-  EXPECT_FALSE(sentences::State().bookMarkTable.HasAnyTime());
-  SetBookMark(3, 99);
-  EXPECT_EQ(vcOpenSentenceFile(std::string(300, 'x').c_str()), -1);
-  EXPECT_FALSE(sentences::State().bookMarkTable.HasAnyTime()) << "else they would be stored for this recording";
+  for (const std::string& none : {std::string("none.wav"), std::string(300, 'x')}) {
+    SetBookMark(3, 99);
+    EXPECT_EQ(vcOpenSentenceFile(none.c_str()), -1);
+    EXPECT_FALSE(sentences::State().bookMarkTable.HasAnyTime()) << "else they would be stored for this recording";
+  }
   EXPECT_EQ(vcOpenSentenceFile(nullptr), -1);
 }
 
@@ -77,8 +67,7 @@ TEST_F(StudyFiles, InTheFolderComeFirstAndAreTheOnlyOnesWritten) {
   const Starts starts = {0, 400, 800};
   vcWriteExtraFileData("unit1.wav", starts.data(), 3);
   EXPECT_EQ(ReadBytes("unit1.zud"), Sample());
-  Bytes expected(320);
-  expected.insert(expected.end(), {0, 0, 0, 0, 0x90, 1, 0, 0, 0x20, 3, 0, 0});
+  const Bytes expected = Joined(Bytes(320), {0, 0, 0, 0, 0x90, 1, 0, 0, 0x20, 3, 0, 0});
   EXPECT_EQ(ReadBytes("zud/unit1.zud"), expected);
   EXPECT_EQ(vcOpenSentenceFile("unit1.wav"), 3);
 
@@ -92,27 +81,23 @@ TEST_F(StudyFiles, InTheFolderComeFirstAndAreTheOnlyOnesWritten) {
 TEST_F(StudyFiles, AreReadWithTheirBookmarks) {
   WriteBytes("zud/unit1.zud", Sample());
   ASSERT_EQ(vcOpenSentenceFile("D:\\unit1.wav"), 2);
-  std::uint32_t first = 1;
-  std::uint32_t second = 2;
-  vcGetSentence(80, &first, &second);
-  EXPECT_EQ(first, 40u);
-  EXPECT_EQ(second, 280u);
-  vcGetSentence(81, &first, &second);
-  EXPECT_EQ(first, 280u);
-  EXPECT_EQ(second, 280u) << "a value the file does not hold";
-  vcGetSentence(0, nullptr, &second);
-  EXPECT_EQ(second, 'x');
-  vcGetSentence(-5, &first, &second);
-  vcGetSentence(2147483647, &first, &second);
-  EXPECT_EQ(first, 280u);
+  Starts pair = {1, 2};
+  vcGetSentence(80, &pair[0], &pair[1]);
+  EXPECT_EQ(pair, (Starts{40, 280}));
+  vcGetSentence(81, &pair[0], &pair[1]);
+  EXPECT_EQ(pair, (Starts{280, 280})) << "a value the file does not hold";
+  vcGetSentence(0, nullptr, &pair[1]);
+  EXPECT_EQ(pair[1], 'x');
+  for (const std::int32_t index : {-5, 2147483647}) vcGetSentence(index, &pair[0], &pair[1]);
+  EXPECT_EQ(pair[0], 280u);
 
   Starts starts(3, 7);
   EXPECT_EQ(vcReadSentenceData(starts.data(), 3), 3) << "also after other reads";
   EXPECT_EQ(starts, (Starts{40, 280, 7}));
   EXPECT_EQ(sentences::State().bookMarkTable.records[0].TimeMs(), 5u);
   EXPECT_EQ(vcReadSentenceData(starts.data(), 3), -1) << "it was closed";
-  vcGetSentence(80, &first, &second);
-  EXPECT_EQ(first, 280u) << "nothing is open";
+  vcGetSentence(80, &pair[0], &pair[1]);
+  EXPECT_EQ(pair[0], 280u) << "nothing is open";
 
   ASSERT_EQ(vcOpenSentenceFile("unit1.wav"), 2);
   EXPECT_EQ(vcReadSentenceData(nullptr, 0), 0);
@@ -124,10 +109,7 @@ TEST_F(StudyFiles, AreReadWithTheirBookmarks) {
 TEST_F(StudyFiles, KeepBookmarksWithoutSentences) {
   SetBookMark(3, 1234);  // behind an empty slot: no bookmark to the host, but stored
   vcWriteExtraFileData("unit1.wav", nullptr, 0);
-  Bytes expected(320);
-  expected[48] = 0xD2;
-  expected[49] = 4;
-  EXPECT_EQ(ReadBytes("zud/unit1.zud"), expected);
+  EXPECT_EQ(ReadBytes("zud/unit1.zud"), With(Bytes(320), 48, {0xD2, 4}));
   const Starts starts = {0, 400};
   vcWriteExtraFileData("unit1.wav", starts.data(), 2);
   EXPECT_EQ(ReadBytes("zud/unit1.zud").size(), 328u);

@@ -10,6 +10,7 @@
 #include "digest/digest_state.h"
 #include "exercises/exercises_state.h"
 #include "pages/pages_state.h"
+#include "platform/gbk_literal.h"
 #include "recording/recording_state.h"
 #include "sentences/sentences_state.h"
 #include "support/scratch_folder.h"
@@ -18,6 +19,8 @@
 #include "tavimo_host.h"
 
 namespace tavimo::tests {
+
+using namespace platform::literals;
 
 class EngineTest : public ::testing::Test {
  protected:
@@ -36,7 +39,7 @@ class EngineTest : public ::testing::Test {
   ScratchFolder scratch;
 };
 
-// Windows and device contexts that end with their test.
+// A window that ends with its test.
 struct Window {
   explicit Window(int kind = TV_WINDOW, const char* title = nullptr, TvWindowProc proc = nullptr)
       : handle(tvCreateWindow(kind, title, proc)) {}
@@ -46,6 +49,21 @@ struct Window {
   operator VcWindow() const { return handle; }
   VcWindow handle;
 };
+
+// A message as a window's procedure gets it, and those that the procedures of a test noted.
+struct Message {
+  VcWindow window;
+  std::uint32_t number;
+  std::uintptr_t wparam;
+  std::intptr_t lparam;
+  friend bool operator==(const Message&, const Message&) = default;
+};
+inline std::vector<Message> received;
+
+inline void DispatchEverything() {
+  while (tvDispatchMessages(0) > 0) {
+  }
+}
 
 // The lines of a list box, in GBK.
 inline std::vector<std::string> LinesOf(VcWindow list) {

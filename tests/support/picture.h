@@ -21,13 +21,12 @@ struct Picture {
   Picture& operator=(const Picture&) = delete;
   ~Picture() { tvDestroyDc(dc); }
 
-  // One text line a row: '.' white, '#' black, 'r' red, '?' anything else.
-  [[nodiscard]] std::vector<std::string> Rows() const {
+  // One text line a row, from a place on: '.' white, '#' black, 'r' red, '?' anything else.
+  [[nodiscard]] std::vector<std::string> Rows(int left = 0, int top = 0) const {
     std::vector<std::string> rows;
-    for (int y = 0; y < height; ++y) {
-      std::string row;
-      for (int x = 0; x < width; ++x) row += Mark(tvPixel(dc, x, y));
-      rows.push_back(row);
+    for (int y = top; y < height; ++y) {
+      std::string& row = rows.emplace_back();
+      for (int x = left; x < width; ++x) row += Mark(tvPixel(dc, x, y));
     }
     return rows;
   }

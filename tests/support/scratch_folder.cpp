@@ -8,8 +8,6 @@
 
 namespace tavimo::tests {
 
-namespace fs = std::filesystem;
-
 ScratchFolder::ScratchFolder() : root_(MakeFolderOfItsOwn()), previous_(fs::current_path()) {
   fs::current_path(root_);
   for (const char* folder : {"temp", "tmpwav", "zud"}) fs::create_directory(folder);
@@ -35,6 +33,11 @@ Bytes ReadBytes(const fs::path& path) {
   in.seekg(0);
   in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   return bytes;
+}
+
+std::string ReadText(const fs::path& path) {
+  const Bytes bytes = ReadBytes(path);
+  return {bytes.begin(), bytes.end()};
 }
 
 bool Exists(const fs::path& path) { return fs::exists(path); }

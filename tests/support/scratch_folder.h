@@ -9,6 +9,7 @@
 
 namespace tavimo::tests {
 
+namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
 
 class ScratchFolder {
@@ -29,6 +30,7 @@ class ScratchFolder {
 void WriteBytes(const std::filesystem::path& path, const Bytes& bytes);
 void WriteText(const std::filesystem::path& path, std::string_view text);
 Bytes ReadBytes(const std::filesystem::path& path);  // empty when the file is missing
+std::string ReadText(const std::filesystem::path& path);
 bool Exists(const std::filesystem::path& path);
 
 // Last-write times in the finest steps that the system keeps: 1 ns, or 100 ns on Windows. The C++ library's own know whole

@@ -4,10 +4,10 @@
 
 #include <sys/types.h>
 
-#include <array>
 #include <filesystem>
-#include <optional>
 #include <string>
+
+#include "support/system.h"
 
 namespace tavimo::tests {
 
@@ -40,12 +40,11 @@ class SoundServer {
  private:
   [[nodiscard]] bool AnswersWithin(int timeoutMs) const;
 
-  struct Variable {
-    const char* name;
-    std::optional<std::string> before;
-  };
-  std::filesystem::path folder_;
-  std::array<Variable, 4> variables_;
+  std::filesystem::path folder_ = MakeFolderOfItsOwn();
+  ScopedVariable home_{"HOME", folder_.c_str()};
+  ScopedVariable runtime_{"XDG_RUNTIME_DIR", folder_.c_str()};
+  ScopedVariable cookie_{"PULSE_COOKIE", (folder_ / "cookie").c_str()};
+  ScopedVariable address_{"PULSE_SERVER", ("unix:" + (folder_ / "socket").string()).c_str()};
   pid_t process_ = -1;
 };
 

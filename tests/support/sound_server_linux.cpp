@@ -57,28 +57,13 @@ bool SoundServer::IsInstalled() {
   return false;
 }
 
-SoundServer::SoundServer()
-    : variables_{{{"HOME", {}}, {"XDG_RUNTIME_DIR", {}}, {"PULSE_COOKIE", {}}, {"PULSE_SERVER", {}}}} {
-  std::string pattern = (fs::temp_directory_path() / "tavimo-sound-XXXXXX").string();
-  folder_ = mkdtemp(pattern.data());
-  const std::string values[] = {folder_, folder_, folder_ / "cookie", "unix:" + (folder_ / "socket").string()};
-  for (std::size_t i = 0; i < variables_.size(); ++i) {
-    if (const char* before = std::getenv(variables_[i].name)) variables_[i].before = before;
-    setenv(variables_[i].name, values[i].c_str(), 1);
-  }
+SoundServer::SoundServer() {
   std::ofstream(folder_ / "script") << Script(folder_ / "socket");
   Start();
 }
 
 SoundServer::~SoundServer() {
   Kill();
-  for (const Variable& variable : variables_) {
-    if (variable.before) {
-      setenv(variable.name, variable.before->c_str(), 1);
-    } else {
-      unsetenv(variable.name);
-    }
-  }
   std::error_code ignored;
   fs::remove_all(folder_, ignored);
 }

@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdlib>
 #include <filesystem>
+#include <optional>
+#include <string>
 
 namespace tavimo::tests {
 
@@ -14,5 +17,21 @@ void SetVariable(const char* name, const char* value);
 
 // How many files and other things of the system the process holds open.
 std::size_t OpenHandleCount();
+
+// A variable that has another value, or none, for the life of this object.
+class ScopedVariable {
+ public:
+  ScopedVariable(const char* name, const char* value) : name_(name) {
+    if (const char* before = std::getenv(name)) before_ = before;
+    SetVariable(name, value);
+  }
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
+  ~ScopedVariable() { SetVariable(name_, before_ ? before_->c_str() : nullptr); }
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
 
 }  // namespace tavimo::tests

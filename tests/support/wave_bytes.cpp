@@ -1,6 +1,28 @@
 #include "support/wave_bytes.h"
 
+#include <algorithm>
+
 namespace tavimo::tests {
+
+Bytes Numbered(std::size_t count) {
+  Bytes bytes(count);
+  for (std::size_t i = 0; i < count; ++i) bytes[i] = static_cast<std::uint8_t>(i * 31 + i / 251);
+  return bytes;
+}
+
+Bytes Part(const Bytes& bytes, std::size_t from, std::size_t to) {
+  return {bytes.begin() + static_cast<std::ptrdiff_t>(from), bytes.begin() + static_cast<std::ptrdiff_t>(to)};
+}
+
+Bytes Joined(Bytes left, const Bytes& right) {
+  left.insert(left.end(), right.begin(), right.end());
+  return left;
+}
+
+Bytes With(Bytes bytes, std::size_t place, const Bytes& others) {
+  std::copy(others.begin(), others.end(), bytes.begin() + static_cast<std::ptrdiff_t>(place));
+  return bytes;
+}
 
 void AppendText(Bytes& bytes, std::string_view text) { bytes.insert(bytes.end(), text.begin(), text.end()); }
 

@@ -15,6 +15,13 @@ struct WaveSpec {
   std::uint16_t bits = 16;
 };
 
+// Bytes that no other place of theirs repeats: what was lost, doubled or moved shows.
+Bytes Numbered(std::size_t count);
+Bytes Part(const Bytes& bytes, std::size_t from, std::size_t to);
+Bytes Joined(Bytes left, const Bytes& right);
+// A copy with other bytes at a place.
+Bytes With(Bytes bytes, std::size_t place, const Bytes& others);
+
 void AppendText(Bytes& bytes, std::string_view text);
 void AppendLittleEndian(Bytes& bytes, std::uint64_t value, int byteCount);
 

@@ -5,9 +5,6 @@
 #include <sys/stat.h>
 
 #include <csignal>
-#include <filesystem>
-#include <string>
-#include <vector>
 
 #include "support/engine_test.h"
 

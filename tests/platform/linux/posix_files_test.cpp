@@ -12,12 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using tests::NamesIn;
+using tests::ReadText;
 using tests::WriteText;
-
-std::string Content(const fs::path& path) {
-  const tests::Bytes bytes = tests::ReadBytes(path);
-  return {bytes.begin(), bytes.end()};
-}
 
 unsigned ModeOf(const fs::path& path) { return static_cast<unsigned>(fs::status(path).permissions()); }
 
@@ -53,7 +49,7 @@ TEST_F(PosixFiles, ALinkIsReadAndReplacedThrough) {
   EXPECT_TRUE(FileStream::Open("d\\link", OpenMode::Read).IsOpen());
   EXPECT_TRUE(Replace("d\\link", "through"));
   EXPECT_TRUE(fs::is_symlink("d/link"));
-  EXPECT_EQ(Content("d/a.txt"), "through");
+  EXPECT_EQ(ReadText("d/a.txt"), "through");
   EXPECT_FALSE(FileStream::Open("d\\dangling", OpenMode::Read).IsOpen());
   EXPECT_FALSE(Replace("d\\dangling", "x"));
   EXPECT_EQ(NamesIn("d"), (std::vector<std::string>{"a.txt", "dangling", "link"}));
@@ -75,7 +71,7 @@ TEST_F(PosixFiles, AReplacementKeepsTheModeAndANewFileGetsThePlainOne) {
 TEST_F(PosixFiles, AReplacementReachesTheLongestName) {
   const std::string name = std::string(251, 'n') + ".txt";
   EXPECT_TRUE(Replace(name.c_str(), "long"));
-  EXPECT_EQ(Content(name), "long");
+  EXPECT_EQ(ReadText(name), "long");
 }
 
 TEST_F(PosixFiles, AReplacementWithANameFromTheStartTakesAStaleOnesPlace) {
@@ -89,8 +85,8 @@ TEST_F(PosixFiles, AReplacementWithANameFromTheStartTakesAStaleOnesPlace) {
   fs::remove("d/" + names[0]);
   WriteText("d/" + names[0], "another process's half");
   EXPECT_FALSE(file.Commit(ReplacementFile::Durability::Cached));
-  EXPECT_EQ(Content("d/a.txt"), "old");
-  EXPECT_EQ(Content("d/" + names[0]), "another process's half");
+  EXPECT_EQ(ReadText("d/a.txt"), "old");
+  EXPECT_EQ(ReadText("d/" + names[0]), "another process's half");
 }
 
 TEST_F(PosixFiles, MovingToAnotherFileSystemCopiesAndRemoves) {
@@ -98,7 +94,7 @@ TEST_F(PosixFiles, MovingToAnotherFileSystemCopiesAndRemoves) {
   if (mkdtemp(other) == nullptr) GTEST_SKIP() << "no second file system";
   const std::string target = std::string(other) + "/moved";
   EXPECT_TRUE(MoveFileTo("d\\a.txt", target.c_str()));
-  EXPECT_EQ(Content(target), "old");
+  EXPECT_EQ(ReadText(target), "old");
   EXPECT_TRUE(NamesIn("d").empty());
   fs::remove_all(other);
 }

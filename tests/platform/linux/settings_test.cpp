@@ -5,24 +5,17 @@
 namespace tavimo::tests {
 namespace {
 
-class Settings : public EngineTest {
- protected:
-  Settings() { SetVariable("XDG_CONFIG_HOME", scratch.Root().c_str()); }
-  ~Settings() override { SetVariable("XDG_CONFIG_HOME", nullptr); }
-
-  static std::string Title() {
-    char title[150];
-    vcGetArticleTitle("unit1", 1, title);
-    return title;
-  }
-};
+class Settings : public EngineTest {};
 
 TEST_F(Settings, HoldTitlesThatTheCurrentFolderLacks) {
+  const ScopedVariable settings("XDG_CONFIG_HOME", scratch.Root().c_str());
   std::filesystem::create_directory("tavimo");
-  WriteText("tavimo/article.txt", "[unit1]\n1=Settings\n");
-  EXPECT_EQ(Title(), "Settings");
-  WriteText("article.txt", "[unit1]\n1=Here\n");
-  EXPECT_EQ(Title(), "Here");
+  for (const auto& [file, expected] : {std::pair{"tavimo/article.txt", "Settings"}, {"article.txt", "Here"}}) {
+    WriteText(file, std::string("[unit1]\n1=").append(expected));
+    char title[150];
+    vcGetArticleTitle("unit1", 1, title);
+    EXPECT_STREQ(title, expected);
+  }
 }
 
 }  // namespace
