@@ -1,7 +1,6 @@
 """The lesson's page in a real browser: it plays, checks, obeys the keyboard and speaks the system's language."""
 
 import json
-import pathlib
 import re
 import shutil
 import socket
@@ -16,7 +15,7 @@ import urllib.request
 import program
 from program import FOUR_SENTENCES, ProgramTest, chunk, format_record, riff, tones
 
-LESSON = pathlib.Path(__file__).resolve().parent.parent.parent / "lessons/first-day"
+LESSON = program.SOURCE / "lessons/first-day"
 ELEMENT = "element-6066-11e4-a52e-4f735466cecf"  # how WebDriver (W3C) names an element
 KEYS = {"down": "\ue015", "escape": "\ue00c", "enter": "\ue007"}
 

@@ -1,16 +1,19 @@
 """What the tests of the command-line host share: running the built program in a folder of its own, wave files written
 out byte by byte, and a reader for the program's pictures. The program's path is the tests' first argument."""
 
+import ctypes
 import json
 import os
 import pathlib
+import resource
+import signal
 import struct
 import subprocess
 import sys
 import tempfile
 import unittest
-import zlib
 
+SOURCE = pathlib.Path(__file__).resolve().parent.parent.parent
 PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve() if len(sys.argv) > 1 else pathlib.Path("tavimo")
 
 
@@ -72,6 +75,15 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual((result.returncode, result.stderr), (0, ""), words)
         return result.stdout
 
+    def run_on_full_disk(self, byte_count, *words):
+        """Runs it where a write past that size fails, as one on a full disk does."""
+
+        def limit_files():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (byte_count, byte_count))
+
+        return self.run_program(*words, preexec_fn=limit_files, restore_signals=False)
+
     def run_with_fault(self, fault, *words):
         """Runs it with one of the faults that failing_calls.c knows."""
         environment = dict(os.environ, LD_PRELOAD=os.environ["TAVIMO_FAILING_CALLS"], **fault)
@@ -92,38 +104,13 @@ class ProgramTest(unittest.TestCase):
 
 
 def read_png(path):
-    """Width, height and rows of (red, green, blue)."""
-    content = path.read_bytes()
-    assert content[:8] == b"\x89PNG\r\n\x1a\n"
-    offset, packed = 8, b""
-    while offset < len(content):
-        size, name = struct.unpack(">I4s", content[offset : offset + 8])
-        body = content[offset + 8 : offset + 8 + size]
-        if name == b"IHDR":
-            width, height, depth, colour = struct.unpack(">IIBB", body[:10])
-        packed += body if name == b"IDAT" else b""
-        offset += 12 + size
-    assert depth == 8 and colour in (2, 6)
-    step = 3 if colour == 2 else 4
-    stride = width * step
-    lines, previous, rows = zlib.decompress(packed), bytes(stride), []
-    for y in range(height):
-        kind, *line = lines[y * (stride + 1) : (y + 1) * (stride + 1)]
-        previous = unfilter(kind, line, previous, step)
-        rows.append([tuple(previous[x : x + 3]) for x in range(0, stride, step)])
-    return width, height, rows
-
-
-def unfilter(kind, line, above, step):
-    for i in range(len(line)):
-        left = line[i - step] if i >= step else 0
-        corner = above[i - step] if i >= step else 0
-        up = above[i]
-        if kind == 4:
-            near = left + up - corner
-            distances = (abs(near - left), abs(near - up), abs(near - corner))
-            guess = (left, up, corner)[distances.index(min(distances))]
-        else:
-            guess = (0, left, up, (left + up) // 2)[kind]
-        line[i] = (line[i] + guess) % 256
-    return bytes(line)
+    """Width, height and rows of (red, green, blue), by the reader of the library that the engine draws with."""
+    cairo = ctypes.CDLL("libcairo.so.2")
+    cairo.cairo_image_surface_create_from_png.restype = cairo.cairo_image_surface_get_data.restype = ctypes.c_void_p
+    surface = ctypes.c_void_p(cairo.cairo_image_surface_create_from_png(os.fsencode(path)))
+    assert cairo.cairo_surface_status(surface) == 0, path
+    width, height, stride = (getattr(cairo, "cairo_image_surface_get_" + size)(surface) for size in ("width", "height", "stride"))
+    data = ctypes.string_at(cairo.cairo_image_surface_get_data(surface), height * stride)
+    cairo.cairo_surface_destroy(surface)
+    return width, height, [[(data[x + 2], data[x + 1], data[x]) for x in range(y, y + 4 * width, 4)]
+                           for y in range(0, height * stride, stride)]

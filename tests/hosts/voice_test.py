@@ -3,7 +3,6 @@ them, what a kill or a full disk leaves of them, and their comparison with the s
 
 import os
 import random
-import resource
 import signal
 import struct
 import subprocess
@@ -31,6 +30,11 @@ class VoiceTest(ProgramTest):
     def record(self, *words, mic="counted.wav", sentence=1):
         return self.succeed("record", "a.wav", "--sentence", str(sentence), "--device", "file:" + mic, *words)
 
+    def start(self, sentence):
+        command = [program.PROGRAM, "record", "a.wav", "--sentence", str(sentence), "--seconds", "9"]
+        command += ["--device", "file:counted.wav", "--home", self.home]
+        return subprocess.Popen(command, cwd=self.root, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
+
     def takes(self, sentence=1):
         return sorted(self.home.glob(f"lessons/*/takes/{sentence:03}/*.wav"), key=lambda take: take.stat().st_mtime_ns)
 
@@ -49,21 +53,18 @@ class Voice(VoiceTest):
         self.record("--seconds", "0.6")
         (first,) = self.takes()
         sound = self.sound_of(first)
-        self.assertGreaterEqual(len(sound), 0.6 * BYTES_PER_SECOND)
-        self.assertLess(len(sound), 0.6 * BYTES_PER_SECOND + 4 * BLOCK_BYTES)
+        self.assertIn(len(sound) - 6 * BYTES_PER_SECOND // 10, range(4 * BLOCK_BYTES))
         self.assertEqual(sound, COUNTED[: len(sound)])
 
         self.record("--append", "--seconds", "0.3")
         second = self.takes()[1]
         longer = self.sound_of(second)
-        self.assertEqual(longer[: len(sound)], sound)
-        self.assertEqual(longer[len(sound) :], COUNTED[: len(longer) - len(sound)])
         self.assertGreater(len(longer), len(sound))
+        self.assertEqual(longer, sound + COUNTED[: len(longer) - len(sound)])
 
         self.record("--at", "250", "--seconds", "0.3")
         over = self.sound_of(self.takes()[2])
-        self.assertEqual(over[:4000], sound[:4000])  # 250 ms of 8000 frames a second
-        self.assertEqual(over[4000:], COUNTED[: len(over) - 4000])
+        self.assertEqual(over, sound[:4000] + COUNTED[: len(over) - 4000])  # 250 ms of 8000 frames a second
         self.assertEqual((self.sound_of(first), self.sound_of(second)), (sound, longer))
 
         said = self.succeed("takes", "list", "a.wav").splitlines()
@@ -76,12 +77,10 @@ class Voice(VoiceTest):
     def test_silence_behind_the_words_ends_a_take_and_is_not_waited_for_before_them(self):
         self.record("--silence", "0.4", mic="spoken.wav")
         seconds = len(self.sound_of(self.takes()[0])) / BYTES_PER_SECOND
-        self.assertGreaterEqual(seconds, 1.2 + 0.4 - 0.1)
-        self.assertLess(seconds, 2.2)
+        self.assertTrue(1.2 + 0.4 - 0.1 <= seconds < 2.2, seconds)
 
     def test_an_interrupt_keeps_what_was_said(self):
-        command = [program.PROGRAM, "record", "a.wav", "--sentence", "2", "--device", "file:counted.wav", "--home", self.home]
-        running = subprocess.Popen(command, cwd=self.root, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        running = self.start(2)
         time.sleep(0.6)
         running.send_signal(signal.SIGINT)
         _, errors = running.communicate(timeout=10)
@@ -91,15 +90,8 @@ class Voice(VoiceTest):
         self.assertFalse(list(self.home.glob("lessons/*/tmpwav/tmpmic.wav")))
 
     def test_a_full_disk_keeps_what_was_written_and_says_so(self):
-        def limit_files():  # a write past this size fails as one on a full disk does
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (9000, 9000))
-
-        result = self.run_program(
-            *["record", "a.wav", "--sentence", "1", "--device", "file:counted.wav", "--seconds", "3"],
-            preexec_fn=limit_files,
-            restore_signals=False,
-        )
+        words = ["record", "a.wav", "--sentence", "1", "--device", "file:counted.wav", "--seconds", "3"]
+        result = self.run_on_full_disk(9000, *words)
         self.assertEqual(result.returncode, 1)
         self.assertIn("the disk is full", result.stderr)
         sound = self.sound_of(self.takes()[0])
@@ -124,19 +116,12 @@ class Voice(VoiceTest):
             self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
         self.assertEqual(self.run_program("takes", "rm", "a.wav", "--sentence", "1").returncode, 2)
         self.record("--seconds", "0.2")
-        result = self.run_program("record", "a.wav", "--sentence", "1", "--at", "60000")
-        self.assertEqual(result.returncode, 1)
-        self.assertIn("ends at", result.stderr)
+        self.assertIn("ends at", self.run_program("record", "a.wav", "--sentence", "1", "--at", "60000").stderr)
         self.assertEqual(len(self.takes()), 1)
         self.assertFalse(list(self.home.glob("lessons/*/tmpwav/tmpmic.wav")))
 
 
 class Recovery(VoiceTest):
-    def start(self, sentence):
-        command = [program.PROGRAM, "record", "a.wav", "--sentence", str(sentence), "--seconds", "9"]
-        command += ["--device", "file:counted.wav", "--home", self.home]
-        return subprocess.Popen(command, cwd=self.root, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
     def test_every_killed_recording_comes_back_short_of_at_most_one_block(self):
         seed = random.randrange(2**32)
         moments = random.Random(seed)
@@ -145,7 +130,7 @@ class Recovery(VoiceTest):
             running = self.start(3)
             time.sleep(moments.uniform(0.01, 0.5))
             running.kill()
-            running.wait()
+            running.communicate()
             tapes = list(self.home.glob("lessons/*/tmpwav/tmpmic.wav"))
             there = max(tapes[0].stat().st_size - 46, 0) if tapes else 0
             self.succeed("recover")
@@ -189,7 +174,7 @@ class Recovery(VoiceTest):
         self.assertIn("is recording there", self.succeed("recover"))
         self.assertIn("another tavimo", self.run_program("record", "a.wav", "--sentence", "1").stderr)
         running.kill()
-        running.wait()
+        running.communicate()
         result = self.run_program("takes", "list", "a.wav")
         self.assertEqual(result.returncode, 0)
         self.assertRegex(result.stderr, r"^tavimo: recovered an unsaved recording of a.wav, sentence 2: .*\n$")
@@ -205,17 +190,15 @@ class Comparison(VoiceTest):
         self.assertEqual(said[0], "sentence 1: 0:02.800 long, 0:02.000 of it speech")
         self.assertRegex(said[1], r"^take 1 of .*: 0:01\.\d+ long, 0:00\.9[0246]0 of it speech$")
         width, height, rows = program.read_png(self.root / "c.png")
-        spans = []
-        for half in [rows[: height // 2], rows[height // 2 :]]:
-            spans.append(sum(sum(row[x] == self.INK for row in half) > 20 for x in range(width)))
+        halves = [rows[: height // 2], rows[height // 2 :]]
+        spans = [sum(sum(row[x] == self.INK for row in half) > 20 for x in range(width)) for half in halves]
         # 2000 ms of speech above, 900 below.
         self.assertAlmostEqual(spans[1] / spans[0], 0.45, delta=0.05)
 
     def test_without_a_take_there_is_nothing_to_compare(self):
         result = self.run_program("compare", "a.wav", "--sentence", "1", "-o", "c.png")
-        self.assertEqual(result.returncode, 1)
+        self.assertEqual((result.returncode, (self.root / "c.png").exists()), (1, False))
         self.assertIn("no take", result.stderr)
-        self.assertFalse((self.root / "c.png").exists())
 
 
 if __name__ == "__main__":
