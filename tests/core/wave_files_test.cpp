@@ -108,14 +108,10 @@ TEST_F(WaveFiles, ThatWereOnlyFoundAreClosedWithoutAWrite) {
     EXPECT_EQ(ReadBytes("a.wav"), before) << "mode " << mode;
   }
   OpenTape("a.wav", 3);
-  vcCloseReadOnlyFile();
-  EXPECT_EQ(ReadBytes("a.wav"), before);
-}
-
-TEST_F(WaveFiles, CanBeClosedWhenNoneIsOpen) {
+  for (int i = 0; i < 2; ++i) vcCloseReadOnlyFile();  // the second time none is open
   for (const std::int32_t mode : {0, 2, 3}) vcCloseWaveFile(mode);
-  vcCloseReadOnlyFile();
   vcGotoFileEnd();
+  EXPECT_EQ(ReadBytes("a.wav"), before);
 }
 
 }  // namespace
