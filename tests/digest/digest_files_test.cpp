@@ -10,28 +10,25 @@ namespace {
 class DigestFiles : public EngineTest {};
 
 TEST_F(DigestFiles, LieInTempAndBesideTheRecording) {
-  const struct {
-    const char *recording, *working, *beside;
-  } cases[] = {
+  const char* const cases[][3] = {
       {"D:\\lessons\\unit1.wav", "temp\\unit1.tmp", "D:\\lessons\\unit1.tmp"},
       {"D:\\set.2\\lesson", "temp\\lesson.tmp", "D:\\set.tmp"},
       {"a.b.wav", "temp\\a.b.tmp", "a.b.tmp"},
       {"D:\\x\\", "temp\\.tmp", "D:\\x\\.tmp"},
-      {"D:\\\xD5\x5C.wav", "temp\\.tmp", "D:\\\xD5\x5C.tmp"},  // by bytes: 0x5C is a separator here
-  };
-  for (const auto& c : cases) {
+      {"D:\\\xD5\x5C.wav", "temp\\.tmp", "D:\\\xD5\x5C.tmp"}};  // by bytes: 0x5C is a separator here
+  for (const auto& [recording, working, beside] : cases) {
     hostutil::SidePaths paths;
-    ASSERT_TRUE(hostutil::DeriveSidePaths(c.recording, ".tmp", paths)) << c.recording;
-    EXPECT_STREQ(paths.working.CString(), c.working);
-    EXPECT_STREQ(paths.beside.CString(), c.beside);
+    ASSERT_TRUE(hostutil::DeriveSidePaths(recording, ".tmp", paths)) << recording;
+    EXPECT_STREQ(paths.working.CString(), working);
+    EXPECT_STREQ(paths.beside.CString(), beside);
   }
   hostutil::SidePaths paths;
-  EXPECT_FALSE(hostutil::DeriveSidePaths("", ".tmp", paths));
-  EXPECT_FALSE(hostutil::DeriveSidePaths(std::string(100, 'n'), ".tmp", paths));
   EXPECT_TRUE(hostutil::DeriveSidePaths(std::string(99, 'n'), ".tmp", paths));
-  EXPECT_FALSE(hostutil::DeriveSidePaths("D:\\" + std::string(193, 'd') + "\\" + "abc", ".tmp", paths)) << "200 bytes";
-  EXPECT_FALSE(hostutil::DeriveSidePaths("D:\\" + std::string(192, 'd') + "\\" + "abc", ".tmp", paths))
-      << "no room for .tmp";
+  // The last two have 200 bytes, and no room for .tmp.
+  for (const std::string& recording : {std::string(), std::string(100, 'n'), "D:\\" + std::string(193, 'd') + "\\abc",
+                                       "D:\\" + std::string(192, 'd') + "\\abc"}) {
+    EXPECT_FALSE(hostutil::DeriveSidePaths(recording, ".tmp", paths)) << recording.size();
+  }
 }
 
 TEST_F(DigestFiles, AreCurrentOnlyWithTheTimeOfTheirRecording) {
