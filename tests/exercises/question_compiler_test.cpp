@@ -74,6 +74,7 @@ TEST_F(QuestionCompiler, NamesTheLineAtFault) {
   } kCases[] = {
       {"##NT1\nq\n##XZ\na\n$$A\nstray\n", u8"6行：stray\n"_gbk, kHeader},
       {"\r\n", u8"1行：\r\n"_gbk, kHeader},
+      {"##N1T4\n", u8"1行：##N1T4\n"_gbk, kHeader},
       {"##N1T", u8"1行：##N1T"_gbk, kHeader},
       {"##N-1T1\n", u8"1行：##N-1T1\n"_gbk, kHeader},
       {"##N2T1\n", u8"1行：##N2T1\n"_gbk, u8"不对了，该行的题号应是 1 才对."_gbk},
