@@ -21,22 +21,17 @@ class StudyFiles : public EngineTest {
 };
 
 TEST_F(StudyFiles, LieBesideTheRecordingAndInTheFolderZud) {
-  const struct {
-    const char *recording, *beside, *inFolder;
-  } cases[] = {
-      {"D:\\course\\unit1.wav", "D:\\course\\unit1.zud", "zud\\unit1.zud"},
-      {"D:\\course\\unit1", "D:\\course\\unit1.zud", "zud\\unit1.zud"},
-      {"D:\\a.b\\unit1", "D:\\a.b\\unit1.zud", "zud\\unit1.zud"},
-      {"unit1.wav", "unit1.zud", "zud\\unit1.zud"},
-      {".wav", ".wav.zud", "zud\\.wav.zud"},  // the first byte is not looked at
-      {"\\unit1.wav", "\\unit1.zud", "zud\\unit1.zud"},
-      {"D:\\x\\.wav", "D:\\x\\.zud", "zud\\.zud"},
-  };
-  for (const auto& c : cases) {
+  const char* const cases[][3] = {{"D:\\course\\unit1.wav", "D:\\course\\unit1.zud", "zud\\unit1.zud"},
+                                  {"D:\\a.b\\unit1", "D:\\a.b\\unit1.zud", "zud\\unit1.zud"},
+                                  {"unit1.wav", "unit1.zud", "zud\\unit1.zud"},
+                                  {".wav", ".wav.zud", "zud\\.wav.zud"},  // the first byte is not looked at
+                                  {"\\unit1.wav", "\\unit1.zud", "zud\\unit1.zud"},
+                                  {"D:\\x\\.wav", "D:\\x\\.zud", "zud\\.zud"}};
+  for (const auto& [recording, beside, inFolder] : cases) {
     sentences::StudyPaths paths;
-    ASSERT_TRUE(sentences::DeriveStudyPaths(c.recording, paths)) << c.recording;
-    EXPECT_STREQ(paths.beside.CString(), c.beside) << c.recording;
-    EXPECT_STREQ(paths.studyFolder.CString(), c.inFolder) << c.recording;
+    ASSERT_TRUE(sentences::DeriveStudyPaths(recording, paths)) << recording;
+    EXPECT_STREQ(paths.beside.CString(), beside);
+    EXPECT_STREQ(paths.studyFolder.CString(), inFolder);
   }
   sentences::StudyPaths paths;
   EXPECT_TRUE(sentences::DeriveStudyPaths("D:\\c\\" + std::string(214, 'x') + ".wav", paths)) << "223 bytes";
