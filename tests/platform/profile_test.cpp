@@ -25,32 +25,27 @@ TEST(Profile, FindsTheFirstKeyOfTheFirstSectionOfAName) {
       "1=second\r;2=comment\n2 = a ; b\r\n3=\" kept \"\r\n4='x'\r\n5=\"a\" b\r\n6=\r\nno equals sign\r\n"
       "7=x=y\r\n8=\"\r\n\xB8\x41=upper\r\n9=\xB8\xDF\xD5\x5C\r\n[open\r\na=1\r\n[\xB8\x5D]\r\n1=bracket\r\n"
       "[unit1]\r\n10=never\r\n[last]\n1=no line end");
-  const struct {
-    const char* key;
-    const char* value;
-  } keys[] = {{"1", "first value"},
-              {" 1 ", "first value"},
-              {"2", "a ; b"},
-              {"3", " kept "},
-              {"4", "x"},
-              {"5", "\"a\" b"},
-              {"6", ""},
-              {"7", "x=y"},
-              {"8", "\""},
-              {"\xB8\x41", "upper"},
-              {"\xB8\x61", "default"},
-              {"9", "\xB8\xDF\xD5\x5C"},
-              {"10", "default"},
-              {"01", "default"},
-              {"no equals sign", "default"},
-              {nullptr, "default"}};
-  for (const auto& test : keys) EXPECT_EQ(Value(" UNIT1 ", test.key), test.value) << test.value;
-  EXPECT_EQ(Value("", "top"), "above all sections");
-  EXPECT_EQ(Value("open", "a"), "default");
-  EXPECT_EQ(Value("\xB8\x5D", "1"), "bracket");
-  EXPECT_EQ(Value("last", "1"), "no line end");
-  EXPECT_EQ(Value("missing", "1"), "default");
-  EXPECT_EQ(Value(nullptr, "1"), "default");
+  const char* const keys[][2] = {{"1", "first value"},
+                                 {" 1 ", "first value"},
+                                 {"2", "a ; b"},
+                                 {"3", " kept "},
+                                 {"4", "x"},
+                                 {"5", "\"a\" b"},
+                                 {"6", ""},
+                                 {"7", "x=y"},
+                                 {"8", "\""},
+                                 {"\xB8\x41", "upper"},
+                                 {"\xB8\x61", "default"},
+                                 {"9", "\xB8\xDF\xD5\x5C"},
+                                 {"10", "default"},
+                                 {"01", "default"},
+                                 {"no equals sign", "default"},
+                                 {nullptr, "default"}};
+  for (const auto& [key, value] : keys) EXPECT_EQ(Value(" UNIT1 ", key), value);
+  const char* const elsewhere[][3] = {{"", "top", "above all sections"}, {"open", "a", "default"},
+                                      {"\xB8\x5D", "1", "bracket"},      {"last", "1", "no line end"},
+                                      {"missing", "1", "default"},       {nullptr, "1", "default"}};
+  for (const auto& [section, key, value] : elsewhere) EXPECT_EQ(Value(section, key), value);
 }
 
 TEST(Profile, CutsAValueBetweenCharacters) {
