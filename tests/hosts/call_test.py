@@ -4,7 +4,7 @@ import re
 import struct
 import unittest
 
-from program import FOUR_SENTENCES, FOUR_STARTS, ProgramTest, tones
+from program import FOUR_SENTENCES, ProgramTest, tones
 
 # A word for each argument by its name; any other number is 1, any other text "a.wav".
 WORDS = {"record": "00" * 20, "format": "8000,16,1", "window": "window", "list_box": "list", "progress_bar": "bar",
@@ -26,14 +26,6 @@ class Calls(ProgramTest):
         self.assertEqual(result.returncode, 0, result.stderr)
         called = re.findall(r"^(\w+)(?: = .*)?$", result.stdout, re.M)
         self.assertEqual(called, [name for name, *_ in exports])
-
-    def test_a_road_of_calls_leaves_what_the_commands_leave(self):
-        self.write("a.wav", tones(FOUR_SENTENCES))
-        road = ["vcSimpleMakeDigestFile", "a.wav", "a.wav", "temp\\a.tmp", "-", "+", "vcOpenDigestFile", "temp\\a.tmp", "+"]
-        road += ["vcSetSilentParam", "10", "480", "+", "vcMakeSentence", "+", "vcReadTmpIdx", "4", "+", "vcTimeToOffset", "-1"]
-        said = self.succeed("call", *road)
-        self.assertIn("vcMakeSentence = 4\n", said)
-        self.assertIn(f"  starts_ms = {', '.join(map(str, FOUR_STARTS))}\n", said)
 
     def test_words_that_would_become_other_values_are_refused(self):
         for words, reason in [

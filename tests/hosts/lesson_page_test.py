@@ -36,13 +36,13 @@ class Browser:
         options = {"args": arguments + (["--force-dark-mode"] if dark else [])}
         self.session = ""
         wanted = {"alwaysMatch": {"goog:chromeOptions": options, "goog:loggingPrefs": {"browser": "ALL"}}}
-        for attempt in range(100):
+        until = time.monotonic() + 10
+        while not self.session:
             try:
                 self.session = "/session/" + self.ask("POST", "/session", {"capabilities": wanted})["sessionId"]
-                return
             except OSError:
+                assert time.monotonic() < until, "the browser does not start"
                 time.sleep(0.1)
-        raise RuntimeError("the browser does not start")
 
     def ask(self, method, path, body=None):
         data = None if body is None else json.dumps(body).encode()
