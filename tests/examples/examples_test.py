@@ -94,13 +94,12 @@ class OutsidePrograms(unittest.TestCase):
         run(sys.executable, "-B", "-c", WRITTEN_TEXTS, self.library, cwd=self.root, env=where)
 
     def test_the_reader_of_side_files_reads_what_the_formats_page_shows(self):
-        index = struct.pack("<5i32x", 2, 0, 0, 4, 0) + struct.pack("<5i32x", 3, 1, 4, 12, 0)
         files = {
             "a.tmp": bytes.fromhex("000000323200000000 3C0000"),
             "a.zud": bytes.fromhex("3CF00000C4E3BAC30000000000000000") + bytes(304) + bytes.fromhex("2800000018010000"),
             "tmp.sen": bytes.fromhex("2800000018010000"),
             "a.par": bytes(range(20)),
-            "a.tst": index,
+            "a.tst": struct.pack("<5i32x5i32x", 2, 0, 0, 4, 0, 3, 1, 4, 12, 0),
             "a.wz": b"Hi.\nWho?\n\0A.\nB.\n",
             "a.pag": bytes.fromhex("0000000000000000 0600000002000000 0B00000004000000"),
             "a.hlt": bytes.fromhex("100100"),
