@@ -16,7 +16,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "samples are read as they are stored");
 
-constexpr std::uint64_t kPieceBytes = 512 * 1024;  // stays in the cache between reading and looking
+constexpr std::size_t kPieceBytes = 512 * 1024;  // stays in the cache between reading and looking
 
 // Lowest and highest at once, without a branch: the compiler does eight or sixteen samples a step.
 template <typename Sample>
@@ -44,31 +44,31 @@ class LevelMaker {
  public:
   LevelMaker(const std::filesystem::path& recording, const WaveHeader& header)
       : header_(header),
-        blockBytes_(header.BlockBytes()),
-        pieceBytes_(std::max<std::uint64_t>(kPieceBytes / blockBytes_, 1) * blockBytes_),
+        blockBytes_(static_cast<std::size_t>(header.BlockBytes())),
+        pieceBytes_(std::max<std::size_t>(kPieceBytes / blockBytes_, 1) * blockBytes_),
         piece_((pieceBytes_ + 1) / 2) {
     file_.rdbuf()->pubsetbuf(nullptr, 0);  // straight into the piece
     file_.open(recording, std::ios::binary);
     file_.seekg(static_cast<std::streamoff>(header.dataOffset));
-    levels_.reserve(header.LevelCount());
+    levels_.reserve(static_cast<std::size_t>(header.LevelCount()));
   }
 
   std::vector<std::uint8_t> Make(ProgressBar& progress) {
     for (std::uint64_t done = 0; done < header_.dataLength;) {
       StopIfInterrupted();
-      const std::uint64_t count = std::min(pieceBytes_, header_.dataLength - done);
+      const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(pieceBytes_, header_.dataLength - done));
       file_.read(reinterpret_cast<char*>(piece_.data()), static_cast<std::streamsize>(count));
       if (!file_) throw Refusal("its sound cannot be read to the end");
       TakePiece(count);
       done += count;
       progress.Show(static_cast<int>(done * 100 / header_.dataLength));
     }
-    levels_.resize(header_.LevelCount(), 0);  // half a sample alone in the last block
+    levels_.resize(static_cast<std::size_t>(header_.LevelCount()), 0);  // half a sample alone in the last block
     return std::move(levels_);
   }
 
  private:
-  void TakePiece(std::uint64_t count) {
+  void TakePiece(std::size_t count) {
     if (header_.bitsPerSample == 16) {
       TakeBlocks(std::span<const std::int16_t>(piece_.data(), count / 2));
     } else {
@@ -87,8 +87,8 @@ class LevelMaker {
   }
 
   const WaveHeader& header_;
-  std::uint64_t blockBytes_;
-  std::uint64_t pieceBytes_;
+  std::size_t blockBytes_;
+  std::size_t pieceBytes_;
   std::vector<std::int16_t> piece_;
   std::ifstream file_;
   std::vector<std::uint8_t> levels_;

@@ -21,7 +21,7 @@ constexpr auto kLongestStandstill = std::chrono::seconds(5);
 
 std::vector<char> ReadStretch(const PlayRequest& request) {
   const std::uint64_t first = request.header.ByteAt(request.startMs);
-  std::vector<char> sound(request.header.ByteAt(request.endMs) - first);
+  std::vector<char> sound(static_cast<std::size_t>(request.header.ByteAt(request.endMs) - first));
   std::ifstream file(request.file, std::ios::binary);
   file.seekg(static_cast<std::streamoff>(request.header.dataOffset + first));
   if (!file.read(sound.data(), static_cast<std::streamsize>(sound.size()))) {
