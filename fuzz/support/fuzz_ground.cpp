@@ -145,6 +145,7 @@ void Check(bool isKept, std::string_view promise) {
 
 std::string HarmlessPath(std::string path) {
   for (std::size_t at = path.find(".."); at != std::string::npos; at = path.find("..", at)) path[at] = '_';
+  for (std::size_t at = path.find("tavimo-"); at != std::string::npos; at = path.find("tavimo-")) path[at] = '_';
   path.erase(0, path.find_first_not_of("\\/"));
   return path;
 }

@@ -35,7 +35,8 @@ void Check(bool isKept, std::string_view promise);
 // no half-written file lies about.
 void CheckNothingIsLeft();
 
-// A path that stays in the scratch folder whatever it was: no step upwards, no root. Drive letters lead there as well.
+// A path that stays in the scratch folder whatever it was: no step upwards, no root, and no name that the engine's half-written
+// files have. Drive letters lead there as well.
 std::string HarmlessPath(std::string path);
 
 // A picture with a font, the same one for all runs of the process; one without a font.
