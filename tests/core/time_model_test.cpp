@@ -66,5 +66,13 @@ TEST_F(TimeModel, ConvertsByteCountsInTheFormatTheHostNames) {
   EXPECT_EQ(vcOffsetToTime(nullptr, 88200), 0);
 }
 
+TEST_F(TimeModel, SetsPositionsByOffsetUnchanged) {
+  vcSetFilePosByOffset(-7);
+  EXPECT_EQ(core::State().currentWaveFile.filePosition, -7);
+  vcGotoRecordStartPos(0);
+  EXPECT_EQ(core::State().currentWaveFile.filePosition, 0);
+  EXPECT_EQ(&vcGotoRecordStartPos, &vcSetFilePosByTime);
+}
+
 }  // namespace
 }  // namespace tavimo::tests
