@@ -29,7 +29,7 @@ class DigestMaker : public EngineTest {
 
   // Waits for the worker; the last percentage read.
   static std::int32_t Wait() {
-    for (int i = 0; i < 5000 && vcGetMakeDigestPercentage() != 1000; ++i) {
+    for (int i = 0; i < 30'000 && vcGetMakeDigestPercentage() != 1000; ++i) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     return vcGetMakeDigestPercentage();
@@ -84,11 +84,13 @@ TEST_F(DigestMaker, RefusesWithoutATrace) {
   WriteText("text.wav", "not a wave file at all");
   WriteText("temp/old.tmp", "old");
   const std::string tooLong = "temp\\" + std::string(200, 'x');
-  const std::pair<const char*, const char*> cases[] = {
-      {"none.wav", "temp\\old.tmp"}, {"three.wav", "temp\\old.tmp"}, {"text.wav", "temp\\old.tmp"},
-      {"temp", "temp\\old.tmp"},     {nullptr, "temp\\old.tmp"},     {"good.wav", "none\\a.tmp"},
-      {"good.wav", "temp"},          {"good.wav", nullptr},          {"good.wav", ""},
-      {"good.wav", tooLong.c_str()}, {"good.wav", "good.wav"},       {"good.wav", ".\\GOOD.wav"}};
+  const std::pair<const char*, const char*> cases[] = {{"none.wav", "temp\\old.tmp"}, {"three.wav", "temp\\old.tmp"},
+                                                       {"text.wav", "temp\\old.tmp"}, {"temp", "temp\\old.tmp"},
+                                                       {nullptr, "temp\\old.tmp"},    {"", "temp\\old.tmp"},
+                                                       {"good.wav", "none\\a.tmp"},   {"good.wav", "temp"},
+                                                       {"good.wav", nullptr},         {"good.wav", ""},
+                                                       {"good.wav", tooLong.c_str()}, {"good.wav", "good.wav"},
+                                                       {"good.wav", ".\\GOOD.wav"}};
   const Bytes original = ReadBytes("good.wav");
   for (const auto& [wave, digest] : cases) {
     EXPECT_EQ(vcSimpleMakeDigestFile(nullptr, wave, digest, nullptr), -1) << wave << " " << digest;

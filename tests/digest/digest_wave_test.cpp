@@ -16,16 +16,10 @@ Columns BlackOf(const Picture& picture, int first, int end) {
   return columns;
 }
 
-class DigestWave : public EngineTest {
- protected:
-  static void Open(const Bytes& levels) {
-    WriteBytes("temp/a.tmp", levels);
-    ASSERT_EQ(vcOpenDigestFile("temp\\a.tmp"), static_cast<std::int32_t>(levels.size()));
-  }
-};
+class DigestWave : public EngineTest {};
 
 TEST_F(DigestWave, HalfStandsOnItsBaseLine) {
-  Open({128, 64, 1, 0});
+  OpenDigest({128, 64, 1, 0});
   const Picture picture(6, 100);
   vcDrawHalfDigestWave(picture.dc, 100, 4, 0, 1);
   EXPECT_EQ(BlackOf(picture, 0, 5), (Columns{{0, 99}, {50, 99}, {99, 99}, {99, 99}, kNone}))
@@ -33,9 +27,9 @@ TEST_F(DigestWave, HalfStandsOnItsBaseLine) {
 }
 
 TEST_F(DigestWave, HalfShowsTheEndOfTheRecordingInRed) {
-  Open({64, 64, 128});
+  OpenDigest({64, 64, 128});
   const Picture picture(4, 4);
-  tvSelectPen(picture.dc, kBlack);
+  tvSelectPen(picture.dc, 0x12000000);  // black: no colour has a highest byte
   vcDrawHalfDigestWave(picture.dc, 4, 4, 0, 2);
   EXPECT_EQ(picture.Rows(), (std::vector<std::string>{".r..", ".r..", "#r..", "####"}));
   vcDrawHalfDigestWave(picture.dc, 4, 4, 0, 2);
@@ -48,7 +42,7 @@ TEST_F(DigestWave, HalfShowsTheEndOfTheRecordingInRed) {
 TEST_F(DigestWave, HalfStartsAtTheLevelOfItsTime) {
   Bytes levels(60, 0);
   levels[25] = 128;
-  Open(levels);
+  OpenDigest(levels);
   for (const bool formatIsSet : {false, true}) {
     if (formatIsSet) core::State().tapeFormat.samplesPerLevel = 441;
     const Picture picture(2, 8);
@@ -70,7 +64,7 @@ TEST_F(DigestWave, FullIsCentredOrStandsOnTheBottomAndEndsEarlyWithTheRecording)
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(&c - cases);
-    Open(c.levels);
+    OpenDigest(c.levels);
     const Picture picture(c.width + 1, c.height);
     vcDrawSrcDigestWave(picture.dc, c.height, c.width, 0, c.spacing, c.isOnBottom);
     EXPECT_EQ(BlackOf(picture, c.first, c.first + static_cast<int>(c.columns.size())), c.columns);
@@ -78,7 +72,7 @@ TEST_F(DigestWave, FullIsCentredOrStandsOnTheBottomAndEndsEarlyWithTheRecording)
 }
 
 TEST_F(DigestWave, FullStartsAtTheLevelThatCoversItsTime) {
-  Open({0, 128, 128, 128});
+  OpenDigest({0, 128, 128, 128});
   for (const std::int32_t startMs : {39, 40, -1}) {
     const Picture picture(2, 9);
     vcDrawSrcDigestWave(picture.dc, 9, 2, startMs, 1, 0);
@@ -87,12 +81,12 @@ TEST_F(DigestWave, FullStartsAtTheLevelThatCoversItsTime) {
 }
 
 TEST_F(DigestWave, ShowsNothingOfAnEarlierDrawing) {
-  Open(Bytes(3000, 128));
+  OpenDigest(Bytes(3000, 128));
   const Picture wide(2100, 9);
   vcDrawSrcDigestWave(wide.dc, 9, 2100, 0, 1, 0);
   EXPECT_EQ(wide.BlackRows(2047), Rows(0, 8));
   EXPECT_EQ(wide.BlackRows(2048), kNone) << "the first 2048 columns are drawn";
-  Open({32, 32});
+  OpenDigest({32, 32});
   for (const std::int32_t width : {4, 5}) {
     const Picture picture(6, 9);
     vcDrawSrcDigestWave(picture.dc, 9, width, 0, 1, 0);
@@ -106,7 +100,7 @@ TEST_F(DigestWave, DrawsNothingFromNonsense) {
   vcDrawHalfDigestWave(picture.dc, 4, 4, 0, 1);
   vcDrawSrcDigestWave(picture.dc, 4, 4, 0, 1, 0);
   EXPECT_EQ(picture.Rows(), blank) << "no digest is open";
-  Open(Bytes(100, 128));
+  OpenDigest(Bytes(100, 128));
   for (const std::int32_t bad : {0, -1, -2147483647 - 1}) {
     vcDrawHalfDigestWave(picture.dc, bad, 4, 0, 1);
     vcDrawHalfDigestWave(picture.dc, 4, bad, 0, 1);
@@ -121,7 +115,7 @@ TEST_F(DigestWave, DrawsNothingFromNonsense) {
   vcDrawHalfDigestWave(picture.dc, kHuge, kHuge, 0, 1);
   vcDrawSrcDigestWave(picture.dc, kHuge, kHuge, kHuge, kHuge, 0);
   vcDrawSrcDigestWave(picture.dc, kHuge, 40, 0, 1, 1);
-  Open(Bytes(100, 255));  // no level of a digest, but a file may hold anything
+  OpenDigest(Bytes(100, 255));  // no level of a digest, but a file may hold anything
   vcDrawHalfDigestWave(picture.dc, kHuge, 40, 0, 1);
   vcDrawSrcDigestWave(picture.dc, kHuge, 40, 0, 1, 0);
 }

@@ -11,11 +11,6 @@ using Starts = std::vector<std::uint32_t>;
 
 class Segmentation : public EngineTest {
  protected:
-  static void Open(const Bytes& levels) {
-    WriteBytes("temp/a.tmp", levels);
-    ASSERT_EQ(vcOpenDigestFile("temp\\a.tmp"), static_cast<std::int32_t>(levels.size()));
-  }
-
   static std::int32_t Cut(std::int32_t threshold, std::int32_t length) {
     vcSetSilentParam(threshold, length * 40);
     return vcMakeSentence();
@@ -48,7 +43,7 @@ TEST_F(Segmentation, FindsSentencesBetweenSilences) {
   };
   for (const auto& c : cases) {
     WriteText("tmp.sen", "left over");
-    Open(c.levels);
+    OpenDigest(c.levels);
     EXPECT_EQ(Cut(c.threshold, c.length), static_cast<std::int32_t>(c.starts.size()));
     EXPECT_EQ(StartsIn("tmp.sen"), c.starts);
     EXPECT_EQ(Exists("tmp.sen"), !c.starts.empty());
@@ -88,7 +83,7 @@ TEST_F(Segmentation, AgreesWithTheRuleOfTheRing) {
       value = static_cast<std::uint8_t>(level);
     }
     const std::size_t length = 1 + random() % (round % 2 == 0 ? 10 : 60);
-    Open(levels);
+    OpenDigest(levels);
     const Starts expected = PlainRule(levels, threshold, length);
     EXPECT_EQ(Cut(threshold, static_cast<std::int32_t>(length)), static_cast<std::int32_t>(expected.size()));
     EXPECT_EQ(StartsIn("tmp.sen"), expected)
@@ -97,7 +92,7 @@ TEST_F(Segmentation, AgreesWithTheRuleOfTheRing) {
 }
 
 TEST_F(Segmentation, TakesSilencesUpTo1024Levels) {
-  Open(Joined(With(Bytes(1025), 0, {90}), {90}));
+  OpenDigest(Joined(With(Bytes(1025), 0, {90}), {90}));
   EXPECT_EQ(Cut(10, 1024), 2);
   for (const std::int32_t length : {1025, 0, -1}) {
     WriteText("tmp.sen", "of another recording");
@@ -112,13 +107,13 @@ TEST_F(Segmentation, FailsWithoutADigestOrAPlaceForItsResult) {
   vcSetSilentParam(10, 120);
   EXPECT_EQ(vcMakeSentence(), -1);
   EXPECT_FALSE(Exists("tmp.sen"));
-  Open({90, 0, 0, 0, 90, 0});
+  OpenDigest({90, 0, 0, 0, 90, 0});
   std::filesystem::create_directory("tmp.sen");
   EXPECT_EQ(vcMakeSentence(), -1);
 }
 
 TEST_F(Segmentation, HandsItsStartsOverOnce) {
-  Open({0, 0, 0, 50, 50, 0, 0, 0, 0, 60, 0, 0});
+  OpenDigest({0, 0, 0, 50, 50, 0, 0, 0, 0, 60, 0, 0});
   ASSERT_EQ(Cut(10, 3), 2);
   Starts starts(4, 7);
   EXPECT_EQ(vcReadTmpIdx(starts.data(), 4), 0);

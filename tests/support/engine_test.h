@@ -36,6 +36,11 @@ class EngineTest : public ::testing::Test {
     pages::ResetState();
   }
 
+  static void OpenDigest(const Bytes& levels) {
+    WriteBytes("temp/a.tmp", levels);
+    ASSERT_EQ(vcOpenDigestFile("temp\\a.tmp"), static_cast<std::int32_t>(levels.size()));
+  }
+
   ScratchFolder scratch;
 };
 
