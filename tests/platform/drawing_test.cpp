@@ -84,22 +84,6 @@ TEST(DrawingTest, CostsNothingForALineOfAnyLength) {
   }
 }
 
-TEST(DrawingTest, GivesTheHostsPenBackAfterRed) {
-  const Dc dc(4, 3);
-  tvSelectPen(dc, 0x12345678);
-  {
-    const platform::RedPen red(dc);
-    platform::DrawLine(dc, 0, 0, 4, 0);
-  }
-  platform::DrawLine(dc, 0, 1, 4, 1);
-  EXPECT_EQ(RowsOf(dc), (Rows{"rrrr", "????", "...."}));
-  EXPECT_EQ(tvPixel(dc, 3, 1), 0x345678u);
-
-  VcDc destroyed = tvCreateDc(1, 1);
-  const platform::RedPen outlivesIt(destroyed);
-  tvDestroyDc(destroyed);
-}
-
 TEST(DrawingTest, FillsWhatLiesInThePicture) {
   const struct {
     int x, y, width, height;
