@@ -36,9 +36,7 @@ class Calls(ProgramTest):
             (["vcWriteSoundFilePara", "a", "b", "00"], "20 bytes; 1"),
         ]:
             with self.subTest(words=words):
-                result = self.run_program("call", *words)
-                self.assertEqual(result.returncode, 1)
-                self.assertIn(reason, result.stderr)
+                self.refused("call", *words, saying=reason)
 
     def test_only_what_the_engine_wrote_is_shown(self):
         (self.root / "zud").mkdir()

@@ -75,6 +75,13 @@ class ProgramTest(unittest.TestCase):
         self.assertEqual((result.returncode, result.stderr), (0, ""), words)
         return result.stdout
 
+    def refused(self, *words, code=1, saying=""):
+        """Runs it and expects the exit code of a refusal, and that part of a sentence among what is told."""
+        result = self.run_program(*words)
+        self.assertEqual(result.returncode, code, words)
+        self.assertIn(saying, result.stderr, words)
+        return result
+
     def run_on_full_disk(self, byte_count, *words):
         """Runs it where a write past that size fails, as one on a full disk does."""
 

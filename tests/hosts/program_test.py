@@ -32,9 +32,7 @@ class Usage(RecordingTest):
             (["cut", "--silence-ms=400", "a.wav"], "--silence"),
             (["info", "--hom", "x", "a.wav"], "--home"),
         ]:
-            result = self.run_program(*words)
-            self.assertEqual(result.returncode, 2, words)
-            self.assertIn(f"did you mean {meant}?", result.stderr)
+            result = self.refused(*words, code=2, saying=f"did you mean {meant}?")
             self.assertEqual(result.stdout, "")
 
     def test_wrong_values_are_usage_errors_and_nothing_is_made(self):
@@ -51,9 +49,7 @@ class Usage(RecordingTest):
             (["wave", "a.wav", "-o", "x.png", "--from", "5", "--to", "4.9"], "--to"),
             (["wave", "a.wav", "-o", "x.png", "--width", "4000"], "--width"),
         ]:
-            result = self.run_program(*words)
-            self.assertEqual(result.returncode, 2, words)
-            self.assertIn(part, result.stderr)
+            self.refused(*words, code=2, saying=part)
         self.assertEqual(sorted(os.listdir(self.root)), ["a.wav"])
 
     def test_help_and_version_are_no_errors(self):
@@ -111,7 +107,7 @@ class Refusals(RecordingTest):
             for line, name in zip(lines, refused):
                 self.assertRegex(line, f"{re.escape(name)}:.*{reasons[name]}")
         for command in [["digest"], ["cut"], ["wave", "-o", "x.png"]]:
-            self.assertEqual(self.run_program(*command, "24.wav").returncode, 1)
+            self.refused(*command, "24.wav")
         self.assertEqual(sorted(os.listdir(self.root)), before)
 
     def test_one_bad_file_does_not_keep_lesson_from_the_others(self):

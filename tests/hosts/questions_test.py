@@ -181,7 +181,7 @@ class Quiz(ProgramTest):
         script.rename(self.root / "other.scr")
         self.succeed("questions", "list", "第 1.wav")
         self.succeed("delete", "第 1.wav", "--sentence", "2")
-        self.assertIn("--script again", self.run_program("questions", "list", "第 1.wav").stderr)
+        self.refused("questions", "list", "第 1.wav", saying="--script again")
 
     def test_an_exercise_is_shown_with_all_that_belongs_to_it(self):
         self.write("Article.TXT", "[第 1]\n1=Tom 在这儿\n".encode())

@@ -110,18 +110,22 @@ class Voice(VoiceTest):
             (["a.wav", "--sentence", "1", "--append"], "no take of sentence 1"),
             (["uncut.wav", "--sentence", "1"], "cut"),
         ]:
-            result = self.run_program("record", *words)
-            self.assertEqual(result.returncode, 1, words)
-            self.assertIn(reason, result.stderr)
+            result = self.refused("record", *words, saying=reason)
             self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
-        self.assertEqual(self.run_program("takes", "rm", "a.wav", "--sentence", "1").returncode, 2)
+        self.refused("takes", "rm", "a.wav", "--sentence", "1", code=2)
         self.record("--seconds", "0.2")
-        self.assertIn("ends at", self.run_program("record", "a.wav", "--sentence", "1", "--at", "60000").stderr)
+        self.refused("record", "a.wav", "--sentence", "1", "--at", "60000", saying="ends at")
         self.assertEqual(len(self.takes()), 1)
         self.assertFalse(list(self.home.glob("lessons/*/tmpwav/tmpmic.wav")))
 
 
 class Recovery(VoiceTest):
+    def leave_tape(self, content, start):
+        (folder,) = self.home.glob("lessons/*/tmpwav")
+        (folder / "tmpmic.wav").write_bytes(content)
+        (folder / "tmpmic.txt").write_text(f"sentence 1\nstart {start}\nrecording a.wav\n")
+        return folder / "tmpmic.wav"
+
     def test_every_killed_recording_comes_back_short_of_at_most_one_block(self):
         seed = random.randrange(2**32)
         moments = random.Random(seed)
@@ -146,25 +150,18 @@ class Recovery(VoiceTest):
 
     def test_what_a_tapes_header_says_is_not_believed(self):
         self.record("--seconds", "0.2")
-        (folder,) = self.home.glob("lessons/*")
-        (take,) = self.takes()
-        header = take.read_bytes()[:46]
+        header = self.takes()[0].read_bytes()[:46]
         for size in [0, 18, 0xFFFFFFFF]:
-            tape = folder / "tmpwav/tmpmic.wav"
-            tape.write_bytes(header[:4] + bytes(4) + header[8:42] + struct.pack("<I", size) + COUNTED[:5001])
-            os.utime(tape, (1_000_000_000, 1_000_000_000))
-            (folder / "tmpwav/tmpmic.txt").write_text("sentence 1\nstart 0\nrecording a.wav\n")
+            left = header[:4] + bytes(4) + header[8:42] + struct.pack("<I", size) + COUNTED[:5001]
+            os.utime(self.leave_tape(left, 0), (1_000_000_000, 1_000_000_000))
             self.assertIn("2001-09-09", self.succeed("recover"))
         recovered = [take for take in self.takes() if take.name.startswith("2001-09-09")]
         self.assertEqual([self.sound_of(take) for take in recovered], [COUNTED[:5000]] * 3)
 
     def test_a_take_that_was_only_copied_to_be_continued_is_no_new_take(self):
         self.record("--seconds", "0.2")
-        (folder,) = self.home.glob("lessons/*")
         (take,) = self.takes()
-        (folder / "tmpwav/tmpmic.wav").write_bytes(take.read_bytes())
-        note = f"sentence 1\nstart {take.stat().st_size}\nrecording a.wav\n"
-        (folder / "tmpwav/tmpmic.txt").write_text(note)
+        self.leave_tape(take.read_bytes(), take.stat().st_size)
         self.assertIn("nothing to recover", self.succeed("recover"))
         self.assertEqual(self.takes(), [take])
 
@@ -172,7 +169,7 @@ class Recovery(VoiceTest):
         running = self.start(2)
         time.sleep(0.5)
         self.assertIn("is recording there", self.succeed("recover"))
-        self.assertIn("another tavimo", self.run_program("record", "a.wav", "--sentence", "1").stderr)
+        self.refused("record", "a.wav", "--sentence", "1", saying="another tavimo")
         running.kill()
         running.communicate()
         result = self.run_program("takes", "list", "a.wav")
