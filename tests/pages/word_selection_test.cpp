@@ -109,12 +109,37 @@ TEST_F(WordSelection, MarksOutliveTheProgram) {
   EXPECT_FALSE(platform::IsSameTimeFiles("script.txt", "script.mrk"));
 }
 
+TEST_F(WordSelection, MarksOutliveAProgramThatIsKilledWhileItSavesThem) {
+  ASSERT_EQ(Show("one two"), 1);
+  EXPECT_EQ(ClickBehind("one "), "two=1");
+  EXPECT_FALSE(Exists("script.mrk~")) << "the note is gone with the click";
+  vcCloseScript();
+  const Bytes marks = ReadBytes("script.mrk");
+  const std::int64_t time = WriteTimeOf("script.txt");
+  struct Case {
+    std::int64_t noted;
+    int noteBytes;
+    bool isKept;
+  };
+  for (const Case& c : {Case{time, 8, true}, Case{time + 10'000, 8, false}, Case{time, 7, false}}) {
+    Bytes note;
+    AppendLittleEndian(note, static_cast<std::uint64_t>(c.noted), c.noteBytes);
+    WriteBytes("script.mrk~", note);
+    WriteBytes("script.mrk", marks);
+    SetWriteTime("script.mrk", time + 10'000'000);
+    ASSERT_EQ(vcOpenScript("script.txt", "script.pag", "script.mrk", nullptr), 1);
+    vcCloseScript();
+    EXPECT_EQ(ReadBytes("script.mrk"), c.isKept ? marks : Bytes(marks.size())) << c.noteBytes;
+    EXPECT_EQ(WriteTimeOf("script.mrk"), time);
+    EXPECT_FALSE(Exists("script.mrk~"));
+  }
+}
+
 TEST_F(WordSelection, AMarkThatCannotBeKeptIsNotMade) {
   ASSERT_EQ(Show("one two"), 1);
   EXPECT_EQ(ClickBehind("one "), "two=1");
   {
-    const auto plan =
-        platform::FaultPlan::FailAt(1, platform::FileFault::Fails, platform::FaultExtent::AllFromThere);
+    const auto plan = platform::FaultPlan::FailAt(1, platform::FileFault::Fails, platform::FaultExtent::AllFromThere);
     EXPECT_EQ(ClickBehind(""), "");
   }
   EXPECT_EQ(pages::State().pageLayout.words[0].state, 0);
