@@ -5,6 +5,7 @@ import unittest
 
 import check_exports
 import check_functions
+import check_hardening
 import check_header_tags
 import check_layering
 import check_words
@@ -109,6 +110,16 @@ IMPORTS = [
     ({'kernel32.dll': ['Sleep'], 'tavimo.dll': ['vcA']}, 0), ({'kernel32.dll': ['Sleep', 'WaitOnAddress']}, 1),
     ({'api-ms-win-core-synch-l1-2-0.dll': ['Sleep']}, 1), ({'kernel32.dll': []}, 1), ({}, 1),
 ]
+HARD_LINUX = ('  Machine:                           Advanced Micro Devices X86-64\n'
+              '  Type:                              DYN (Position-Independent Executable file)\n'
+              '  GNU_STACK      0x000000 0x0000000000000000 0x0000000000000000 0x000000 0x000000 RW  0x10\n'
+              '  GNU_RELRO      0x04ddc8\n 0x000000000000001e (FLAGS)              BIND_NOW\n'
+              '  3: FUNC UND __stack_chk_fail@GLIBC_2.4\n'
+              '  4: FUNC UND __memcpy_chk@GLIBC_2.3.4\n')
+HARD_WINDOWS = ('tavimo.dll:     file format pei-x86-64\n\t\t\t\t\tHIGH_ENTROPY_VA\n\t\t\t\t\tDYNAMIC_BASE\n\t\t\t\t\tNX_COMPAT\n'
+                'Entry 5 0000000000151000 00000a34 Base Relocation Directory [.reloc]\n')
+HARDENING_OF_LINUX = ['GNU_RELRO', 'BIND_NOW', 'RW  0x10', 'DYN', '__stack_chk_fail', '__memcpy_chk']
+HARDENING_OF_WINDOWS = ['HIGH_ENTROPY_VA', 'DYNAMIC_BASE', 'NX_COMPAT', '151000']
 
 
 class Checkers(unittest.TestCase):
@@ -150,6 +161,21 @@ class Checkers(unittest.TestCase):
         for imported, expected in IMPORTS:
             with self.subTest(imported):
                 self.assertEqual(len(list(check_exports.import_rows('x.dll', imported, KNOWN_IMPORTS))), expected)
+
+    def test_files_that_were_built_without_a_hardening_are_found(self):
+        landing_places = check_hardening.LANDING_PLACE * check_hardening.FEWEST_LANDING_PLACES
+        self.assertEqual(check_hardening.linux_faults(HARD_LINUX, landing_places), [])
+        self.assertEqual(len(check_hardening.linux_faults(HARD_LINUX, landing_places[4:])), 1)
+        for mark in HARDENING_OF_LINUX:
+            with self.subTest(mark):
+                text = HARD_LINUX.replace(mark, 'RWE 0x10' if ' ' in mark else '')
+                self.assertEqual(len(check_hardening.linux_faults(text, landing_places)), 1)
+        protected = b'*** stack smashing detected ***'
+        self.assertEqual(check_hardening.windows_faults(HARD_WINDOWS, protected), [])
+        self.assertEqual(len(check_hardening.windows_faults(HARD_WINDOWS, b'')), 1)
+        for mark in HARDENING_OF_WINDOWS:
+            with self.subTest(mark):
+                self.assertEqual(len(check_hardening.windows_faults(HARD_WINDOWS.replace(mark, '0'), protected)), 1)
 
     def test_blanking_keeps_the_numbers_of_lines(self):
         text = 'a /* b\n c */ "d\\"e" // f\ng'
