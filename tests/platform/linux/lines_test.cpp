@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <random>
 #include <vector>
@@ -49,6 +50,28 @@ TEST(Lines, AreThoseOfTheDefinition) {
     Pixels painted(kWidth * kHeight);
     PaintLine({painted.data(), kWidth, kHeight}, from, to, 1);
     ASSERT_EQ(painted, ByDefinition(from, to)) << from.x << ',' << from.y << " to " << to.x << ',' << to.y;
+  }
+}
+
+TEST(Lines, CostNothingForAnyLength) {
+  constexpr std::int32_t kFarLeft = INT32_MIN;
+  constexpr std::int32_t kFarRight = INT32_MAX;
+  const struct {
+    Point from;
+    Point to;
+    Pixels pixels;
+  } kCases[] = {
+      {{kFarLeft, 1}, {kFarRight, 1}, {0, 0, 0, 1, 1, 1, 0, 0, 0}},
+      {{1, kFarRight}, {1, kFarLeft}, {0, 1, 0, 0, 1, 0, 0, 1, 0}},
+      {{kFarLeft, kFarLeft}, {kFarRight, kFarRight}, {1, 0, 0, 0, 1, 0, 0, 0, 1}},
+      {{kFarLeft, 0}, {kFarRight, 2}, {0, 0, 0, 1, 1, 1, 0, 0, 0}},
+      {{kFarRight, 0}, {kFarRight, 3}, {0, 0, 0, 0, 0, 0, 0, 0, 0}},
+      {{0, 0}, {kFarRight, kFarLeft}, {1, 0, 0, 0, 0, 0, 0, 0, 0}},
+  };
+  for (const auto& testCase : kCases) {
+    Pixels painted(9);
+    for (int i = 0; i < 1000; ++i) PaintLine({painted.data(), 3, 3}, testCase.from, testCase.to, 1);
+    EXPECT_EQ(painted, testCase.pixels) << testCase.from.x << ',' << testCase.from.y;
   }
 }
 
