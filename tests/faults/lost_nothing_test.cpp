@@ -38,8 +38,10 @@ struct Case {
 };
 
 std::int32_t WaitForWorker() {
-  for (int i = 0; i < 20'000 && (digest::State().digestJob.percentage.load() & digest::kWorkerRuns) != 0; ++i) {
-    std::this_thread::sleep_for(std::chrono::microseconds(100));
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while ((digest::State().digestJob.percentage.load() & digest::kWorkerRuns) != 0) {
+    if (std::chrono::steady_clock::now() > end) return -1;
+    std::this_thread::yield();
   }
   return kQuiet;
 }
