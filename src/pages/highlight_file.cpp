@@ -55,9 +55,11 @@ void MakeHighlightFile(const char* scriptPath, const char* highlightPath) noexce
   }
 }
 
+// Empty for no path.
 HighlightNotePath NotePathOf(const char* highlightPath) noexcept {
   HighlightNotePath path;
-  static_cast<void>(path.Assign(core::TextOf(highlightPath), std::string_view("~")));
+  const std::string_view highlights = core::TextOf(highlightPath);
+  if (!highlights.empty()) static_cast<void>(path.Assign(highlights, std::string_view("~")));
   return path;
 }
 
@@ -72,8 +74,19 @@ Note NoteOf(platform::FileTime time) noexcept {
   return note;
 }
 
+// A longer file has the name by chance, an editor's copy perhaps, and is left alone.
+bool MayBeNote(const HighlightNotePath& path) noexcept {
+  const platform::FileStream file = platform::FileStream::Open(path.CString(), platform::OpenMode::Read);
+  return file.IsOpen() && file.Length() <= std::int64_t{kNoteBytes};
+}
+
+void RemoveNote(const HighlightNotePath& path) noexcept {
+  if (MayBeNote(path)) platform::RemoveFile(path.CString());
+}
+
 // Without a note the marks are written all the same: the folder may take no new file.
 void WriteNote(const HighlightNotePath& path, platform::FileTime time) noexcept {
+  if (hostutil::FileExists(path.CString()) && !MayBeNote(path)) return;
   const Note note = NoteOf(time);
   platform::FileStream file = platform::FileStream::Open(path.CString(), platform::OpenMode::Create);
   static_cast<void>(file.Write(note.data(), kNoteBytes));
@@ -93,11 +106,17 @@ bool IsOnlyTimeMissing(const char* scriptPath, const HighlightNotePath& notePath
 void EnsureHighlightFile(const char* scriptPath, const char* highlightPath) noexcept {
   const HighlightNotePath notePath = NotePathOf(highlightPath);
   const bool isThere = hostutil::FileExists(highlightPath);
-  const bool isCurrent = isThere && platform::IsSameTimeFiles(scriptPath, highlightPath);
-  const bool isStopped = isThere && !isCurrent && IsOnlyTimeMissing(scriptPath, notePath);
-  const bool isMended = isStopped && platform::SetSameFileTime(scriptPath, highlightPath);
-  if (!isCurrent && !isMended) MakeHighlightFile(scriptPath, highlightPath);
-  platform::RemoveFile(notePath.CString());
+  if (!isThere || !platform::IsSameTimeFiles(scriptPath, highlightPath)) {
+    // Marks that the note vouches for are never made anew, even where the time cannot be set.
+    const bool isStopped = isThere && IsOnlyTimeMissing(scriptPath, notePath);
+    if (isStopped) {
+      platform::SetSameFileTime(scriptPath, highlightPath);
+    } else {
+      MakeHighlightFile(scriptPath, highlightPath);
+    }
+  }
+  // The note is still needed where the file could not be made current: the script may be on a disc that is out.
+  if (platform::IsSameTimeFiles(scriptPath, highlightPath)) RemoveNote(notePath);
 }
 
 bool HighlightFile::Open(const char* path) noexcept {
@@ -125,7 +144,7 @@ bool HighlightFile::Save(const PageHighlights& page) noexcept {
   if (hasTime_) WriteNote(notePath_, time_);
   const bool isWritten = file_.Write(bytes.data(), static_cast<std::int64_t>(bytes.size()));
   const bool isMissingTime = hasTime_ && !file_.SetLastWriteTime(time_);
-  if (!isMissingTime) platform::RemoveFile(notePath_.CString());
+  if (!isMissingTime) RemoveNote(notePath_);
   return isWritten;
 }
 
