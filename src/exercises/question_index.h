@@ -15,7 +15,7 @@ namespace tavimo::exercises {
 // Reads an index from its start to its end, in pieces large enough that the file system does not count.
 class RecordReader {
  public:
-  static constexpr std::size_t kMostRecords = 1260;  // of a piece: just below 64 KiB
+  static constexpr std::size_t kMostRecords = 2520;  // of a piece: just below 128 KiB
 
   explicit RecordReader(platform::FileStream& index) noexcept : index_(index) {
     index_.Seek(0, platform::SeekFrom::Start);
