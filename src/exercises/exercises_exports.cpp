@@ -1,6 +1,9 @@
 // The door of exercises: the question compiler and the question bank.
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
+#include <span>
 
 #include "core/fixed_text.h"
 #include "exercises/companion_files.h"
@@ -28,6 +31,7 @@ using platform::OpenMode;
 
 // Compiles and tells the author; -1 after a fault, else the number of sentences.
 std::int32_t Compile(const char* studyPath, const char* scriptPath) noexcept {
+  State().listedItems.Forget();  // the bank that is open may be the one written anew
   const auto report = exercises::CompileQuestions(TextOf(studyPath), TextOf(scriptPath), State().compilerSpace);
   if (!report.isTextWhole) platform::ShowMessageBox("write error", "");
   if (report.fault == exercises::CompileFault::None) {
@@ -47,7 +51,31 @@ std::int32_t OpenIndex(std::string_view path, std::int32_t* answers, std::int32_
   if (!indexPath.Assign(stem, std::string_view("tst"))) return -1;
   State().questionIndex = FileStream::Open(indexPath.CString(), OpenMode::Read);
   if (!State().questionIndex.IsOpen()) return -1;
-  return exercises::ReadAnswers(State().questionIndex, answers, room);
+  return exercises::ReadAnswers(State().questionIndex, answers, room, State().listedItems);
+}
+
+// A host in front of its list may close or open a bank at any line: nothing is held across a piece.
+void AddKeptItems(VcWindow listBox) noexcept {
+  exercises::ListPiece lines;
+  const auto pieceAt = [](std::size_t first) {
+    return State().listedItems.Piece(first, exercises::ListPiece::kMostItems);
+  };
+  std::size_t count = 0;
+  for (auto piece = pieceAt(0); !piece.empty(); piece = pieceAt(count)) {
+    count += piece.size();
+    platform::AddToListBox(listBox, lines.LinesOf(piece));
+  }
+}
+
+void AddItemsOfIndex(VcWindow listBox) noexcept {
+  exercises::RecordReader reader(State().questionIndex);
+  exercises::ListPiece lines;
+  std::array<exercises::ListedItem, exercises::RecordReader::kMostRecords> items;
+  static_assert(std::tuple_size_v<decltype(items)> == exercises::ListPiece::kMostItems);
+  for (auto piece = reader.NextPiece(); !piece.empty(); piece = reader.NextPiece()) {
+    std::ranges::transform(piece, items.begin(), exercises::ListedItemOf);
+    platform::AddToListBox(listBox, lines.LinesOf(std::span(items).first(piece.size())));
+  }
 }
 
 void CopyPath(const ExercisePath& path, char* room) noexcept {
@@ -85,7 +113,10 @@ std::int32_t VC_CALL vcOpenQuestionIdx(const char* path, std::int32_t* answers) 
   return OpenIndex(TextOf(path), answers, std::numeric_limits<std::int32_t>::max());
 }
 
-void VC_CALL vcCloseQuestionIdx() noexcept { State().questionIndex.Close(); }
+void VC_CALL vcCloseQuestionIdx() noexcept {
+  State().questionIndex.Close();
+  State().listedItems.Forget();
+}
 
 std::int32_t VC_CALL vcReadCurQuestion(std::int32_t index, std::int32_t* answer) noexcept {
   exercises::QuestionRecord& current = State().currentQuestion;
@@ -109,10 +140,10 @@ std::int32_t VC_CALL vcGetArticleTxt(char* buffer, std::int32_t index) noexcept 
 }
 
 void VC_CALL vcFillSentenceList(VcWindow list_box) noexcept {
-  exercises::RecordReader reader(State().questionIndex);
-  exercises::ListPiece lines;
-  for (auto piece = reader.NextPiece(); !piece.empty(); piece = reader.NextPiece()) {
-    platform::AddToListBox(list_box, lines.LinesOf(piece));
+  if (State().listedItems.AreThoseOf(State().questionIndex)) {
+    AddKeptItems(list_box);
+  } else {
+    AddItemsOfIndex(list_box);
   }
 }
 

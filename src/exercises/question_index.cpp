@@ -24,8 +24,10 @@ bool ReadArticleRecord(platform::FileStream& index, std::int32_t recordIndex, Qu
   return IsArticle(record) || (ReadRecordAt(index, record.passageIndex, record) && IsArticle(record));
 }
 
-std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std::int32_t room) noexcept {
+std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std::int32_t room,
+                         ListedItems& items) noexcept {
   constexpr std::int32_t kMostCounted = std::numeric_limits<std::int32_t>::max() - RecordReader::kMostRecords;
+  items.Begin(index);
   RecordReader reader(index);
   std::int32_t count = 0;
   for (auto piece = reader.NextPiece(); !piece.empty() && count < kMostCounted; piece = reader.NextPiece()) {
@@ -34,6 +36,7 @@ std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std
       const QuestionRecord record = ReadQuestionRecord(bytes.data());
       *answers++ = IsArticle(record) ? -1 : NormalisedAnswer(record);
     }
+    items.Keep(piece);
     count += static_cast<std::int32_t>(piece.size());
   }
   return count;

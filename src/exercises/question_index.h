@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "exercises/listed_items.h"
 #include "exercises/question_record.h"
 #include "platform/files.h"
 
@@ -37,7 +38,8 @@ class RecordReader {
                                      QuestionRecord& record) noexcept;
 
 // The number of records. Stores the answer of each into answers (null allowed), of the first room ones at most: 0 for
-// 'A', -1 for a passage or dialogue.
-[[nodiscard]] std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std::int32_t room) noexcept;
+// 'A', -1 for a passage or dialogue. What the list shows of the items goes into items.
+[[nodiscard]] std::int32_t ReadAnswers(platform::FileStream& index, std::int32_t* answers, std::int32_t room,
+                                       ListedItems& items) noexcept;
 
 }  // namespace tavimo::exercises

@@ -61,11 +61,11 @@ void NumberedLines::PutInFront(std::uint32_t character) noexcept {
   ++byteCount_;
 }
 
-platform::ListLines ListPiece::LinesOf(std::span<const QuestionRecordBytes> records) noexcept {
+platform::ListLines ListPiece::LinesOf(std::span<const ListedItem> items) noexcept {
   std::size_t end = 0;
   std::size_t count = 0;
-  for (const QuestionRecordBytes& bytes : records) {
-    const std::size_t byteCount = Write(ReadQuestionRecord(bytes.data()), text_.data() + end);
+  for (const ListedItem item : items) {
+    const std::size_t byteCount = Write(item, text_.data() + end);
     starts_[count] = static_cast<std::uint32_t>(end);
     end += byteCount;
     count += byteCount > 0 ? 1 : 0;
@@ -74,15 +74,15 @@ platform::ListLines ListPiece::LinesOf(std::span<const QuestionRecordBytes> reco
 }
 
 // 0 bytes for no line.
-std::size_t ListPiece::Write(const QuestionRecord& record, char* room) noexcept {
-  switch (record.type) {
+std::size_t ListPiece::Write(ListedItem item, char* room) noexcept {
+  switch (item.type) {
     case kLongDialogue:
       return exercises::Write(kDialogueLine, room);
     case kPassage:
       return exercises::Write(kPassageLine, room);
     case kQuestion:
     case kPassageQuestion:
-      return numbered_.Write(core::WrappingAdd(record.ordinal, 1), room);
+      return numbered_.Write(core::WrappingAdd(item.ordinal, 1), room);
     default:
       return 0;
   }

@@ -8,8 +8,7 @@
 #include <span>
 
 #include "core/little_endian.h"
-#include "exercises/question_index.h"
-#include "exercises/question_record.h"
+#include "exercises/listed_items.h"
 #include "platform/list_lines.h"
 
 namespace tavimo::exercises {
@@ -47,18 +46,20 @@ class NumberedLines {
   std::size_t byteCount_ = 0;
 };
 
-// The lines of a piece of the index, in one block: a bank has many thousands, each a few bytes long.
+// The lines of a piece of the list, in one block: a bank has many thousands, each a few bytes long.
 class ListPiece {
  public:
+  static constexpr std::size_t kMostItems = 2520;
+
   // An item of an unknown type has no line. Valid until the next call.
-  [[nodiscard]] platform::ListLines LinesOf(std::span<const QuestionRecordBytes> records) noexcept;
+  [[nodiscard]] platform::ListLines LinesOf(std::span<const ListedItem> items) noexcept;
 
  private:
-  std::size_t Write(const QuestionRecord& record, char* room) noexcept;
+  std::size_t Write(ListedItem item, char* room) noexcept;
 
   NumberedLines numbered_;
-  std::array<char, RecordReader::kMostRecords * kListLineRoom> text_;
-  std::array<std::uint32_t, RecordReader::kMostRecords> starts_;
+  std::array<char, kMostItems * kListLineRoom> text_;
+  std::array<std::uint32_t, kMostItems> starts_;
 };
 
 }  // namespace tavimo::exercises

@@ -1,9 +1,9 @@
 // The bank as a host uses it, over banks that were compiled and over such as anything may have damaged.
 #include <array>
+#include <chrono>
 #include <cstdlib>
-#include <string>
-
 #include <random>
+#include <string>
 
 #include "exercises/question_files.h"
 #include "exercises/question_record.h"
@@ -93,6 +93,9 @@ TEST_F(QuestionBank, ServesALesson) {
   EXPECT_EQ(Article(0, 7), "Text.\n");
   EXPECT_EQ(Article(2, 7), "Text.\n") << "the passage that a question belongs to";
   EXPECT_EQ(vcReadCurQuestion(4, &answer), 3) << "past the end the item in hand stays";
+  WriteText("lesson1.scr", "##NT1\nq\n##XZ\n$$b\n##NT1\nq\n##XZ\n$$b\n##NT1\nq\n##XZ\n$$b\n##NT1\nq\n##XZ\n$$b\n");
+  ASSERT_EQ(vcConvertScrToTstWz("lesson1.zud", "lesson1.scr"), 0);
+  EXPECT_EQ(Lines(), (std::vector<std::string>{"No.1", "No.2", "No.3", "No.4"})) << "compiled anew under the open bank";
   vcCloseWzFile();
   EXPECT_EQ(Question(4), "");
   vcCloseQuestionIdx();
@@ -281,11 +284,22 @@ TEST_F(QuestionBank, ListsItemsNumberedInWhateverOrder) {
   WriteText("x.tst", index);
   ASSERT_EQ(vcOpenQuestionIdx("x.tst", nullptr), 20000);
   EXPECT_EQ(Lines(), lines);
+  // What was kept at the open counts no longer once the file has another time: the items are read again, changed or not.
+  auto touch = [hours = 0]() mutable {
+    std::filesystem::last_write_time("x.tst",
+                                     std::filesystem::file_time_type::clock::now() + std::chrono::hours(++hours));
+  };
+  touch();
+  EXPECT_EQ(Lines(), lines);
   const Window hooked(TV_LIST_BOX, nullptr, &CountLines);
   linesSeen = 0;
   vcFillSentenceList(hooked);
   EXPECT_EQ(LinesOf(hooked), lines);
   EXPECT_EQ(linesSeen, std::ssize(lines)) << "a host in front of its list box sees every line";
+  ASSERT_EQ(vcOpenQuestionIdx("x.tst", nullptr), 20000);
+  WriteText("x.tst", std::string(index.rbegin(), index.rend()));
+  touch();
+  EXPECT_NE(Lines(), lines) << "another program wrote the index anew";
 
   record.type = 7;
   const exercises::QuestionRecordBytes unknown = exercises::WriteQuestionRecord(record);
