@@ -127,7 +127,7 @@ std::vector<Job> ChosenJobs(const std::vector<std::string>& names) {
 
 int RunAtOneSize(const std::vector<Job>& jobs, const Settings& settings) {
   Inputs inputs(settings.share);
-  Report report(settings.format);
+  Report report(settings.format, settings.share);
   report.Begin();
   for (const Job& job : jobs) report.Add(Run(job, inputs));
   report.End();

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <limits>
+#include <string_view>
 
 namespace tavimo::bench {
 
@@ -22,6 +23,16 @@ std::string Time(double seconds) {
   if (seconds >= 1e-1) return Number("%.3f s", seconds);
   if (seconds >= 1e-3) return Number("%.2f ms", seconds * 1e3);
   return Number("%.2f us", seconds * 1e6);
+}
+
+// Between quotation marks; what a library has to say of a failure may hold any character.
+std::string JsonText(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char character : text) {
+    if (character == '"' || character == '\\') quoted += '\\';
+    quoted += static_cast<unsigned char>(character) < ' ' ? ' ' : character;
+  }
+  return quoted + '"';
 }
 
 double MegabytesPerSecond(const Measurement& measured) {
@@ -54,13 +65,14 @@ void PrintLine(const Job& job, const Measurement& measured, bool isWithin) {
               Terms(job, measured).c_str());
 }
 
-void PrintJson(const Job& job, const Measurement& measured, bool isWithin) {
+void PrintJson(const Job& job, const Measurement& measured, double share, bool isWithin) {
   std::printf(
-      "  {\"job\": \"%s\", \"what\": \"%s\", \"seconds\": %.9g, \"limitSeconds\": %.9g, \"bytes\": %lld, "
+      "  {\"job\": \"%s\", \"what\": \"%s\", \"inputs\": %g, \"seconds\": %.9g, \"limitSeconds\": %.9g, \"bytes\": "
+      "%lld, "
       "\"timesLimit\": %.4g, \"mostTimesLimit\": %g, \"timesSibling\": %.4g, \"mostTimesSibling\": %g, "
       "\"mostSeconds\": %g, \"tailSeconds\": %.9g, "
       "\"mostTailSeconds\": %g, \"peakBytes\": %lld, \"within\": %s}",
-      job.name, job.what, measured.seconds, measured.limitSeconds, static_cast<long long>(measured.byteCount),
+      job.name, job.what, share, measured.seconds, measured.limitSeconds, static_cast<long long>(measured.byteCount),
       measured.times, job.mostTimes, measured.slowerThanSibling, job.mostTimesSibling, job.mostSeconds,
       measured.tailSeconds, job.mostTailSeconds, static_cast<long long>(measured.peakBytes),
       isWithin ? "true" : "false");
@@ -82,6 +94,7 @@ double ShareOfBudget(const Job& job, const Measurement& measured) {
 
 void Report::Begin() const {
   if (format_ == Format::Json) return static_cast<void>(std::printf("[\n"));
+  if (share_ != 1) std::printf("Inputs of %g times the size that is named.\n", share_);
   std::printf("%-22s %-46s %9s %11s %7s %10s\n", "job", "what was done", "time", "speed", "limit", "memory");
 }
 
@@ -91,7 +104,7 @@ void Report::Add(const Outcome& outcome) {
   if (!outcome.failure.empty()) {
     worst_ = std::numeric_limits<double>::infinity();
     if (format_ == Format::Json) {
-      std::printf("  {\"job\": \"%s\", \"failure\": \"%s\"}", outcome.job->name, outcome.failure.c_str());
+      std::printf("  {\"job\": \"%s\", \"failure\": %s}", outcome.job->name, JsonText(outcome.failure).c_str());
     } else {
       std::printf("%-22s FAILED: %s\n", outcome.job->name, outcome.failure.c_str());
     }
@@ -100,7 +113,11 @@ void Report::Add(const Outcome& outcome) {
   const double share = ShareOfBudget(*outcome.job, outcome.measured);
   worst_ = std::max(worst_, share);
   if (share <= 1) ++within_;
-  (format_ == Format::Json ? PrintJson : PrintLine)(*outcome.job, outcome.measured, share <= 1);
+  if (format_ == Format::Json) {
+    PrintJson(*outcome.job, outcome.measured, share_, share <= 1);
+  } else {
+    PrintLine(*outcome.job, outcome.measured, share <= 1);
+  }
   std::fflush(stdout);
 }
 

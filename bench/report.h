@@ -18,7 +18,8 @@ enum class Format { Table, Json };
 
 class Report {
  public:
-  explicit Report(Format format) : format_(format) {}
+  // share: of the inputs' full size, which the descriptions of the jobs name.
+  Report(Format format, double share) : format_(format), share_(share) {}
   void Begin() const;
   void Add(const Outcome& outcome);
   void End() const;
@@ -28,6 +29,7 @@ class Report {
 
  private:
   Format format_;
+  double share_;
   int jobs_ = 0;
   int within_ = 0;
   double worst_ = 0;
