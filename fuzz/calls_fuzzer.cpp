@@ -105,7 +105,12 @@ Session::Session(FuzzedDataProvider& input) : input_(input) {
   for (std::size_t i = 0; i < windows_.size(); ++i) windows_[i] = tvCreateWindow(kinds[i], nullptr, HostProc);
   tvDestroyWindow(windows_.back());
   session = this;
-  tvSetMessageBoxHandler([](const char*, const char*, void*) { session->StepWithin(); }, nullptr);
+  tvSetMessageBoxHandler(
+      [](const char* text, const char* caption, void*) {
+        fuzz::LookAtMessage(text, caption);
+        session->StepWithin();
+      },
+      nullptr);
 }
 
 Session::~Session() {
@@ -154,7 +159,8 @@ void Session::DoHostDeed(std::size_t deed) {
     case 3: {
       std::string native = path;
       for (char& byte : native) byte = byte == '\\' ? '/' : byte;
-      fuzz::WriteFile(native.c_str(), input_.ConsumeBytes<std::uint8_t>(input_.ConsumeIntegral<std::uint8_t>()));
+      const auto bytes = input_.ConsumeBytes<std::uint8_t>(input_.ConsumeIntegral<std::uint8_t>());
+      fuzz::WriteFile(native.c_str(), fuzz::Stretched(bytes.data(), bytes.size()));
       break;
     }
     case 4:
@@ -178,7 +184,8 @@ Value Session::PlainValue(const ArgumentRow& row) {
       value.handle = AnyWindow();
       break;
     case Kind::Dc:
-      value.handle = input_.PickValueInArray({fuzz::PaneWithFont(), fuzz::PaneWithoutFont(), VcDc{nullptr}});
+      value.handle =
+          input_.PickValueInArray({fuzz::PaneWithFont(), fuzz::PaneWithoutFont(), fuzz::DeadPane(), VcDc{nullptr}});
       break;
     case Kind::Text:
       if (input_.ConsumeIntegralInRange<int>(0, 30) != 0) {

@@ -1,9 +1,8 @@
 // A digest of any bytes: drawn in every way, shortened, and cut into sentences.
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <vector>
 
 #include "support/fuzz_ground.h"
+#include "support/host_values.h"
 #include "tavimo.h"
 
 using namespace tavimo;
@@ -44,19 +43,17 @@ void Cut(std::size_t levels, FuzzedDataProvider& numbers) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Prepare();
-  constexpr std::size_t kMostNumbers = 100;
-  const std::size_t split = size - std::min(size / 2, kMostNumbers);
-  FuzzedDataProvider numbers(data + split, size - split);
-  fuzz::WriteFile("temp/a.tmp", data, split);
-  fuzz::WriteFile("tmpwav/tmpmic.tmp", data, split);
-  fuzz::Check(vcOpenDigestFile("temp\\a.tmp") == static_cast<std::int32_t>(split),
+  auto [levels, numbers] = fuzz::FileWithNumbers(data, size, 2, 100);
+  fuzz::WriteFile("temp/a.tmp", levels);
+  fuzz::WriteFile("tmpwav/tmpmic.tmp", levels);
+  fuzz::Check(vcOpenDigestFile("temp\\a.tmp") == static_cast<std::int32_t>(levels.size()),
               "a digest has a level for each byte");
-  Cut(split, numbers);
+  Cut(levels.size(), numbers);
   Draw(numbers);
   vcCloseDigestFile();
   vcAdjustDigestFile("temp\\a.tmp", numbers.ConsumeIntegralInRange<std::int32_t>(-100, 200'000));
   vcAdjustDigestFile("tmpwav\\tmpmic.tmp", numbers.ConsumeIntegral<std::int32_t>());
-  fuzz::Check(fuzz::ReadFile("temp/a.tmp").size() <= split, "a digest only gets shorter");
+  fuzz::Check(fuzz::ReadFile("temp/a.tmp").size() <= levels.size(), "a digest only gets shorter");
   fuzz::CheckNothingIsLeft();
   return 0;
 }

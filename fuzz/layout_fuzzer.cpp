@@ -1,10 +1,9 @@
 // A script of any bytes broken into pages for any font height and rectangle, read, drawn and clicked on page by page.
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <algorithm>
 #include <vector>
 
 #include "support/fuzz_ground.h"
+#include "support/host_values.h"
 #include "tavimo.h"
 #include "tavimo_host.h"
 
@@ -58,11 +57,11 @@ void ReadPages(VcDc pane, std::int32_t scrambled, std::int32_t pageCount, Fuzzed
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Prepare();
-  constexpr std::size_t kMostNumbers = 160;
   constexpr int kHeights[] = {16, 12, 40, 1};
-  const std::size_t split = size - std::min(size / 3, kMostNumbers);
-  FuzzedDataProvider numbers(data + split, size - split);
-  fuzz::WriteFile("a.txt", data, split);
+  fuzz::FileWithNumbers input(data, size, 3, 160);
+  const std::vector<std::uint8_t>& script = input.file;
+  FuzzedDataProvider& numbers = input.numbers;
+  fuzz::WriteFile("a.txt", script);
   const VcDc pane = fuzz::PaneWithFont();
   tvSelectFont(pane, "WenQuanYi Zen Hei", kHeights[numbers.ConsumeIntegralInRange<std::size_t>(0, 3)]);
   const bool isPlain = numbers.ConsumeIntegralInRange<int>(0, 7) != 0;
@@ -80,9 +79,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::int32_t slots = 0;
   const std::int32_t pages = vcOpenScript("a.txt", "a.pag", "a.mrk", &slots);
   fuzz::Check(pages >= 0, "what was made opens");
-  ReadPages(pane, scrambled, CheckPageFile(pages, split), numbers);
+  ReadPages(pane, scrambled, CheckPageFile(pages, script.size()), numbers);
   vcCloseScript();
-  fuzz::Check(fuzz::ReadFile("a.txt") == std::vector<std::uint8_t>(data, data + split), "a script is never changed");
+  fuzz::Check(fuzz::ReadFile("a.txt") == script, "a script is never changed");
   fuzz::CheckNothingIsLeft();
   return 0;
 }

@@ -1,22 +1,18 @@
 // Parameter files and a profile of titles, each of any bytes.
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <algorithm>
 #include <string>
 #include <vector>
 
 #include "support/fuzz_ground.h"
+#include "support/host_values.h"
 #include "tavimo.h"
 
 using namespace tavimo;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Prepare();
-  constexpr std::size_t kMostNumbers = 60;
-  const std::size_t split = size - std::min(size / 3, kMostNumbers);
-  FuzzedDataProvider input(data + split, size - split);
-  for (const char* path : {"a.par", "article.txt"}) fuzz::WriteFile(path, data, split);
-  fuzz::WriteFile("a.wav", data, split);
+  auto [file, input] = fuzz::FileWithNumbers(data, size, 3, 60);
+  for (const char* path : {"a.par", "article.txt", "a.wav"}) fuzz::WriteFile(path, file);
 
   const auto first = input.ConsumeIntegral<std::int32_t>();
   const auto second = input.ConsumeIntegral<std::int32_t>();
@@ -28,8 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Check(vcIfSoundParaFileExist("a.wav") == 1, "parameters beside the recording are taken over");
   std::uint8_t record[20] = {};
   fuzz::Check(vcReadSoundFilePara("temp\\a.par", record) == 1, "and can be read");
-  const std::size_t given = std::min(split, sizeof record);
-  fuzz::Check(std::equal(record, record + given, data), "as far as there are any");
+  const std::size_t given = std::min(file.size(), sizeof record);
+  fuzz::Check(std::equal(record, record + given, file.data()), "as far as there are any");
   fuzz::Check(vcWriteSoundFilePara("a.wav", "temp\\a.par", record) == 1, "and written");
   fuzz::Check(fuzz::ReadFile("temp/a.par") == std::vector<std::uint8_t>(record, record + sizeof record), "as they are");
 

@@ -1,10 +1,9 @@
 // A study file of any bytes, and the same bytes as "tmp.sen": read, listed, changed and stored again.
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <algorithm>
 #include <vector>
 
 #include "support/fuzz_ground.h"
+#include "support/host_values.h"
 #include "tavimo.h"
 #include "tavimo_host.h"
 
@@ -49,12 +48,10 @@ void ChangeBookMarks(FuzzedDataProvider& numbers) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Prepare();
-  constexpr std::size_t kMostNumbers = 60;
-  const std::size_t split = size - std::min(size / 8, kMostNumbers);
-  FuzzedDataProvider numbers(data + split, size - split);
-  fuzz::WriteFile("zud/a.zud", data, split);
-  fuzz::WriteFile("tmp.sen", data, split);
-  std::vector<std::uint32_t> starts = ReadAll(split);
+  auto [file, numbers] = fuzz::FileWithNumbers(data, size, 8, 60);
+  fuzz::WriteFile("zud/a.zud", file);
+  fuzz::WriteFile("tmp.sen", file);
+  std::vector<std::uint32_t> starts = ReadAll(file.size());
   ListBookMarks(numbers.ConsumeIntegral<std::int32_t>());
   ChangeBookMarks(numbers);
   const std::int32_t kept = vcGetTotalBookMarks();

@@ -10,8 +10,9 @@ using namespace tavimo;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::Prepare();
-  fuzz::WriteFile("temp/a.wz", data, size);
-  const auto all = static_cast<std::uint32_t>(size);
+  const std::vector<std::uint8_t> texts = fuzz::Stretched(data, size);
+  fuzz::WriteFile("temp/a.wz", texts);
+  const auto all = static_cast<std::uint32_t>(texts.size());
   std::vector<std::uint8_t> index;
   for (const std::int32_t type : {exercises::kQuestion, exercises::kPassage}) {
     for (const std::uint32_t offset : {0u, 1u, all / 2, all}) {
@@ -24,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::WriteFile("temp/a.tst", index.data(), index.size());
   char path[] = "temp\\a.wz";
   fuzz::Check(vcOpenQuestionIdx(path, nullptr) == 32 && vcOpenWzFile(path) == 0, "the bank is there");
-  fuzz::ReadWholeBank(index, size);
+  fuzz::ReadWholeBank(index, texts.size());
   fuzz::CheckNothingIsLeft();
   return 0;
 }

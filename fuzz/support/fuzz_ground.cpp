@@ -10,12 +10,8 @@
 #include <filesystem>
 #include <thread>
 
-#include "core/core_state.h"
 #include "digest/digest_state.h"
-#include "exercises/exercises_state.h"
-#include "pages/pages_state.h"
-#include "recording/recording_state.h"
-#include "sentences/sentences_state.h"
+#include "support/engine_state.h"
 #include "support/scratch_folder.h"
 #include "support/system.h"
 #include "tavimo_host.h"
@@ -69,22 +65,13 @@ void EndWorker() {
 
 void ResetEngine() {
   EndWorker();
-  core::ResetState();
-  recording::ResetState();
-  digest::ResetState();
-  sentences::ResetState();
-  exercises::ResetState();
-  pages::ResetState();
+  tests::ResetEveryRoom();
   tvSetKeyDown(TV_VK_CONTROL, 0);
 }
 
 void EmptyGround() {
   for (const fs::directory_entry& entry : fs::directory_iterator(".")) fs::remove_all(entry.path());
   for (const char* folder : kWorkingFolders) fs::create_directory(folder);
-}
-
-void LookAtMessage(const char* text, const char* caption, void*) {
-  Check(std::strlen(text) < 320 && std::strlen(caption) < 320, "a message has less than 320 bytes");
 }
 
 bool HasTemporaryFile(const char* folder) {
@@ -109,7 +96,7 @@ void Prepare() {
   static_cast<void>(isPrepared);
   ResetEngine();
   EmptyGround();
-  tvSetMessageBoxHandler(LookAtMessage, nullptr);
+  tvSetMessageBoxHandler([](const char* text, const char* caption, void*) { LookAtMessage(text, caption); }, nullptr);
   tvSetBeepHandler([](void*) {}, nullptr);
   handlesBefore = tests::OpenHandleCount();
 }
@@ -143,6 +130,24 @@ void Check(bool isKept, std::string_view promise) {
   std::abort();
 }
 
+void LookAtMessage(const char* text, const char* caption) {
+  Check(std::strlen(text) < 320 && std::strlen(caption) < 320, "a message has less than 320 bytes");
+}
+
+std::vector<std::uint8_t> Stretched(const std::uint8_t* bytes, std::size_t byteCount) {
+  constexpr std::size_t kBeyondAnyPage = 20'000;
+  constexpr std::size_t kBeyondAWindow = 70'000;
+  constexpr std::size_t kBeyondAPiece = 280'000;
+  const std::uint8_t choice = byteCount > 0 ? bytes[byteCount - 1] : 0;
+  const std::size_t wanted = choice == 1   ? kBeyondAPiece
+                             : choice == 2 ? kBeyondAWindow
+                             : choice == 3 ? kBeyondAnyPage
+                                           : byteCount;
+  std::vector<std::uint8_t> stretched(bytes, bytes + byteCount);
+  while (stretched.size() < wanted) stretched.insert(stretched.end(), bytes, bytes + byteCount);
+  return stretched;
+}
+
 std::string HarmlessPath(std::string path) {
   for (std::size_t at = path.find(".."); at != std::string::npos; at = path.find("..", at)) path[at] = '_';
   for (std::size_t at = path.find("tavimo-"); at != std::string::npos; at = path.find("tavimo-")) path[at] = '_';
@@ -165,6 +170,13 @@ VcDc PaneWithFont() {
 
 VcDc PaneWithoutFont() {
   static const VcDc pane = MakePane(false);
+  return pane;
+}
+
+VcDc DeadPane() {
+  static const VcDc pane = MakePane(false);
+  static const bool isDestroyed = (tvDestroyDc(pane), true);
+  static_cast<void>(isDestroyed);
   return pane;
 }
 

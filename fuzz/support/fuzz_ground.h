@@ -31,6 +31,13 @@ std::vector<std::uint8_t> ReadFile(const char* path);  // empty when it is missi
 // Ends the process with a report when a promise is broken.
 void Check(bool isKept, std::string_view promise);
 
+// What every message box of the engine keeps to.
+void LookAtMessage(const char* text, const char* caption);
+
+// The bytes; when the last one is 1, 2 or 3, over and over past the 256 KiB or the 64 KiB that the engine reads a file by, or
+// past its largest page. An input of that length would take the fuzzer too long to find.
+std::vector<std::uint8_t> Stretched(const std::uint8_t* bytes, std::size_t byteCount);
+
 // At the end of an input: the engine is put back to its state at load, and then no handle is open that was not before and
 // no half-written file lies about.
 void CheckNothingIsLeft();
@@ -42,6 +49,7 @@ std::string HarmlessPath(std::string path);
 // A picture with a font, the same one for all runs of the process; one without a font.
 VcDc PaneWithFont();
 VcDc PaneWithoutFont();
+VcDc DeadPane();  // the handle of one that is destroyed
 
 // A host's buffer of exactly so much room: the sanitizer reports the first byte written behind it.
 class ExactRoom {

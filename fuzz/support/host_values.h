@@ -4,10 +4,28 @@
 
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
+#include <vector>
+
+#include "support/fuzz_ground.h"
 
 namespace tavimo::fuzz {
+
+// An input of which the end, a share of it, is numbers for the arguments. They stand behind the file, so that a seed is a file
+// as it is.
+struct FileWithNumbers {
+  FileWithNumbers(const std::uint8_t* data, std::size_t size, std::size_t share, std::size_t mostNumbers)
+      : FileWithNumbers(data, size, size - std::min(size / share, mostNumbers)) {}
+
+  std::vector<std::uint8_t> file;  // stretched
+  FuzzedDataProvider numbers;
+
+ private:
+  FileWithNumbers(const std::uint8_t* data, std::size_t size, std::size_t split)
+      : file(Stretched(data, split)), numbers(data + split, size - split) {}
+};
 
 std::int64_t AnyNumber(FuzzedDataProvider& input);
 double AnyFraction(FuzzedDataProvider& input);

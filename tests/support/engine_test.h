@@ -6,13 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "core/core_state.h"
-#include "digest/digest_state.h"
-#include "exercises/exercises_state.h"
-#include "pages/pages_state.h"
 #include "platform/gbk_literal.h"
-#include "recording/recording_state.h"
-#include "sentences/sentences_state.h"
+#include "support/engine_state.h"
 #include "support/scratch_folder.h"
 #include "support/wave_bytes.h"
 #include "tavimo.h"
@@ -24,17 +19,8 @@ using namespace platform::literals;
 
 class EngineTest : public ::testing::Test {
  protected:
-  EngineTest() { Reset(); }
-  ~EngineTest() override { Reset(); }
-
-  static void Reset() {
-    core::ResetState();
-    recording::ResetState();
-    digest::ResetState();
-    sentences::ResetState();
-    exercises::ResetState();
-    pages::ResetState();
-  }
+  EngineTest() { ResetEveryRoom(); }
+  ~EngineTest() override { ResetEveryRoom(); }
 
   static void OpenDigest(const Bytes& levels) {
     WriteBytes("temp/a.tmp", levels);

@@ -91,9 +91,9 @@ bool RenameToFreeName(const std::string& source, const std::string& target) {
 constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 
 timespec TimespecFrom(FileTime time) {
-  std::int64_t seconds = time.value / kNanosecondsPerSecond;
-  if (time.value % kNanosecondsPerSecond < 0) --seconds;
-  return {seconds, time.value - seconds * kNanosecondsPerSecond};
+  const std::int64_t seconds = time.value / kNanosecondsPerSecond;
+  const std::int64_t rest = time.value % kNanosecondsPerSecond;
+  return rest < 0 ? timespec{seconds - 1, rest + kNanosecondsPerSecond} : timespec{seconds, rest};
 }
 
 // False for times that 64 bits of nanoseconds do not hold: before 1678 and after 2261.

@@ -12,9 +12,12 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <optional>
 #include <random>
 #include <string>
 #include <thread>
@@ -139,7 +142,8 @@ class StudyFiles final : public Work {
   }
 };
 
-// The same sentence goes out of the same recording again and again; the recording comes back by a copy, which is whole too.
+// The same sentence goes out of the same recording again and again; recording and study file come back by copies, which are
+// whole too.
 class Deletion final : public Work {
  public:
   const char* Name() const override { return "deleting sentences"; }
@@ -147,6 +151,7 @@ class Deletion final : public Work {
     whole_ = ReadBytes("a.wav");
     study_ = ReadBytes("zud/a.zud");
     WriteBytes("kept/a.wav", whole_);
+    WriteBytes("kept/a.zud", study_);
     Delete();
     cut_ = ReadBytes("a.wav");
     cutStudy_ = ReadBytes("zud/a.zud");
@@ -158,6 +163,7 @@ class Deletion final : public Work {
       Delete();
     } else {
       vcStrongCopyFile(".\\", "a.wav", "kept\\");
+      vcStrongCopyFile("zud\\", "a.zud", "kept\\");
     }
   }
   std::int64_t StateFound(std::int64_t done, std::int64_t begun) override {
@@ -191,13 +197,16 @@ class Marks final : public Work {
     Expect(vcOpenScript("a.txt", "a.pag", "a.mrk", nullptr) == 1, "the script has not one page");
     vcCloseScript();
   }
-  void Begin() override {
-    LayOut();
-    vcOpenScript("a.txt", "a.pag", "a.mrk", nullptr);
-    vcReadPage(0, 0);
-    vcCountPage(pane_);
-  }
+  void Begin() override { LayOut(); }
+  // Every other job opens the script first, as the learner's program does when it starts.
   void Do(std::int64_t job) override {
+    if (!isOpen_ || job % 2 == 0) {
+      vcCloseScript();
+      vcOpenScript("a.txt", "a.pag", "a.mrk", nullptr);
+      vcReadPage(0, 0);
+      vcCountPage(pane_);
+      isOpen_ = true;
+    }
     const auto word = static_cast<std::int32_t>((job - 1) % static_cast<std::int64_t>(kWords));
     vcBeginSelect(pane_, 1, word * lineHeight_ + 1, nullptr, nullptr);
   }
@@ -228,6 +237,7 @@ class Marks final : public Work {
   }
   VcDc pane_ = nullptr;
   std::int32_t lineHeight_ = 0;
+  bool isOpen_ = false;  // in the child
 };
 
 class Digests final : public Work {
@@ -335,10 +345,13 @@ void KillOnce(Work& work, std::int64_t state, std::chrono::microseconds delay) {
   const pid_t child = fork();
   Expect(child >= 0, "no process can be made");
   if (child == 0) WorkForEver(work, state + 1);
-  while (progress->begun.load() == state) std::this_thread::yield();
+  int status = 0;
+  while (progress->begun.load() == state) {
+    Expect(waitpid(child, &status, WNOHANG) == 0, "the program ended before it did anything");
+    std::this_thread::yield();
+  }
   std::this_thread::sleep_for(delay);
   kill(child, SIGKILL);
-  int status = 0;
   waitpid(child, &status, 0);
   Expect(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL, "the program ended by itself");
 }
@@ -385,19 +398,30 @@ void KillAll(int times, unsigned seed) {
   }
 }
 
+std::optional<unsigned> WholeNumber(const char* word) {
+  unsigned number = 0;
+  const char* end = word + std::strlen(word);
+  const auto [stop, error] = std::from_chars(word, end, number);
+  if (error != std::errc() || stop != end || stop == word) return {};
+  return number;
+}
+
 }  // namespace
 }  // namespace tavimo::tests
 
 int main(int argumentCount, char** arguments) {
   using namespace tavimo::tests;
-  const int times = argumentCount > 1 ? std::atoi(arguments[1]) : 20;
-  const unsigned seed =
-      argumentCount > 2 ? static_cast<unsigned>(std::strtoul(arguments[2], nullptr, 10)) : std::random_device()();
+  const std::optional<unsigned> times = argumentCount > 1 ? WholeNumber(arguments[1]) : 20;
+  const std::optional<unsigned> seed = argumentCount > 2 ? WholeNumber(arguments[2]) : std::random_device()();
+  if (!times || !seed || *times < 1 || *times > 10'000'000) {
+    std::fprintf(stderr, "usage: tavimo_kills [TIMES [SEED]], whole numbers, TIMES above 0\n");
+    return 2;
+  }
   void* shared = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-  if (shared == MAP_FAILED || times < 1) return 2;
+  Expect(shared != MAP_FAILED, "no memory can be shared");
   progress = new (shared) Progress{};
   tvSetMessageBoxHandler([](const char*, const char*, void*) {}, nullptr);
   tvSetBeepHandler([](void*) {}, nullptr);
-  KillAll(times, seed);
+  KillAll(static_cast<int>(*times), *seed);
   return 0;
 }

@@ -253,5 +253,11 @@ int Soak(double minutes) {
 }  // namespace tavimo::tests
 
 int main(int argumentCount, char** arguments) {
-  return tavimo::tests::Soak(argumentCount > 1 ? std::atof(arguments[1]) : 1);
+  char* end = nullptr;
+  const double minutes = argumentCount > 1 ? std::strtod(arguments[1], &end) : 1;
+  if ((end != nullptr && *end != '\0') || !(minutes > 0) || minutes > 10'000) {
+    std::fprintf(stderr, "usage: tavimo_soak [MINUTES], a number above 0 and up to 10000\n");
+    return 2;
+  }
+  return tavimo::tests::Soak(minutes);
 }
