@@ -965,10 +965,11 @@ typedef struct VcPageIndexEntry {
  *  A highlight file that is missing, or whose file time is not the script's, is made anew without marks; then a script
  *  whose extension is ".nor" counts as scrambled. A read-only mark on it is taken away. A script that is open is closed
  *  first; no page is current until vcReadPage, and the layout of the last one is gone. Marks that were being saved when a
- *  program was killed are kept: a note beside the highlight file, named as it is with "~", tells of them.
+ *  program was killed are kept: a note beside the highlight file, named as it is with "~", tells of them. The name is
+ *  reserved: a file of up to 8 bytes under it is removed, a longer one is left alone.
  *  @param script_path the script.
  *  @param page_file_path its page file, as vcGenPageFile wrote it. Whether it is current is the host's business.
- *  @param highlight_path the highlight file; neither the script nor the page file.
+ *  @param highlight_path the highlight file; neither it nor its note is the script or the page file.
  *  @param slots receives the number of words that the highlight file has room for, 4 for each byte.
  *  @return the number of pages.
  *  @failure -1: one of the three files cannot be opened, or the page file is empty. Call vcCloseScript then too.

@@ -20,6 +20,9 @@ using HighlightNotePath = core::FixedText<1023>;  // empty for a longer path, wh
 // time is missing, or a new one without marks. A failure leaves what was there and is not reported: opening the file will fail.
 void EnsureHighlightFile(const char* scriptPath, const char* highlightPath) noexcept;
 
+// Whether a file has the name of the note: it would be taken away as one.
+[[nodiscard]] bool IsHighlightNote(const char* path, const char* highlightPath) noexcept;
+
 class HighlightFile {
  public:
   // Takes a read-only mark away. False when the file cannot be opened for reading and writing.
@@ -29,11 +32,13 @@ class HighlightFile {
   // Four for each byte; 0 when no file is open.
   [[nodiscard]] std::int32_t WordSlots() const noexcept;
 
-  // What the file does not hold is plain.
-  void Read(PageHighlights& page) noexcept;
+  // What the file does not hold is plain, and everything when no file is open. False when reading fails: the next click would
+  // save plain words over the page's marks.
+  [[nodiscard]] bool Read(PageHighlights& page) noexcept;
 
   // Writes through to the operating system, and gives the file its time back: with another one all marks would count as
-  // those of an earlier script when it is opened next. False when no file is open or it could not be written.
+  // those of an earlier script when it is opened next. False when no file is open or it could not be written; the
+  // marks of before are then in it.
   [[nodiscard]] bool Save(const PageHighlights& page) noexcept;
 
  private:

@@ -34,6 +34,7 @@ bool OpenScriptFiles(const char* scriptPath, const char* pageFilePath, const cha
   using platform::OpenMode;
   if (platform::IsSameFile(highlightPath, scriptPath) || platform::IsSameFile(highlightPath, pageFilePath))
     return false;
+  if (IsHighlightNote(scriptPath, highlightPath) || IsHighlightNote(pageFilePath, highlightPath)) return false;
   EnsureHighlightFile(scriptPath, highlightPath);
   files.script = FileStream::Open(scriptPath, OpenMode::Read);
   if (!files.script.IsOpen()) return false;
@@ -58,7 +59,7 @@ bool ReadPage(OpenScript& files, Scrambling scrambling, std::int32_t pageIndex, 
   if (ReadText(files.script, scrambling, begin, end, read.text) < 0) return false;
   read.highlights = {static_cast<std::int32_t>(begin.first_word),
                      static_cast<std::int32_t>(end.first_word - begin.first_word)};
-  files.highlightFile.Read(read.highlights);
+  if (!files.highlightFile.Read(read.highlights)) return false;
   page = read;
   return true;
 }

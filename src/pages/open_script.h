@@ -25,7 +25,7 @@ struct CurrentPage {
 };
 
 // Makes the highlight file anew where it is missing or stale, and opens the three. False when one cannot be opened, or when
-// the marks would be written into the script or the page file. What was opened before a failure stays open.
+// the marks or their note would be written into the script or the page file. What was opened before a failure stays open.
 [[nodiscard]] bool OpenScriptFiles(const char* scriptPath, const char* pageFilePath, const char* highlightPath,
                                    OpenScript& files) noexcept;
 

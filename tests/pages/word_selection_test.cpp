@@ -95,7 +95,7 @@ TEST_F(WordSelection, MarksOutliveTheProgram) {
   EXPECT_EQ(ClickBehind("one "), "two=1");
   EXPECT_TRUE(platform::IsSameTimeFiles("script.txt", "script.mrk")) << "with another time the marks would be stale";
   EXPECT_EQ(ReadBytes("script.mrk"), (Bytes{0x10}));
-  Reset();
+  ResetEveryRoom();
   vcSetPageSettings(pane.dc, 300, 105, kLeft, kTop, 0);
   ASSERT_EQ(vcOpenScript("script.txt", "script.pag", "script.mrk", nullptr), 1);
   ASSERT_EQ(vcReadPage(0, 0), 0);
