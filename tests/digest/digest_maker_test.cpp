@@ -4,6 +4,7 @@
 #include <random>
 #include <thread>
 
+#include "platform/files.h"
 #include "support/engine_test.h"
 
 namespace tavimo::tests {
@@ -24,7 +25,10 @@ class DigestMaker : public EngineTest {
     header.resize(40);
     AppendLittleEndian(header, kSoundBytes, 4);
     WriteBytes(path, header);
-    fs::resize_file(path, header.size() + kSoundBytes);
+    // Not by std::filesystem, which fails at such a length in 32 bits.
+    platform::FileStream file = platform::FileStream::Open(path, platform::OpenMode::ReadWrite);
+    file.Seek(static_cast<std::int64_t>(header.size() + kSoundBytes) - 1, platform::SeekFrom::Start);
+    ASSERT_TRUE(file.Write("", 1));
   }
 
   // Waits for the worker; the last percentage read.

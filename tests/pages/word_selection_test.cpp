@@ -4,6 +4,7 @@
 #include "platform/file_faults.h"
 #include "platform/utility.h"
 #include "support/script_page.h"
+#include "support/system.h"
 
 namespace tavimo::tests {
 namespace {
@@ -75,7 +76,8 @@ TEST_F(WordSelection, AnswersOnEveryPixelAndKeepsEachMarkAtOnce) {
   ASSERT_EQ(Show(lines[0] + "\r\n\r\n" + lines[2] + "\r\n" + lines[3]), 4);
   Bytes expected(3, 0);
   for (int y = 0; y < 105; ++y) {
-    for (int x = 0; x < 320; ++x) {
+    const int first = y % Stride();  // by strides it is another column in every row
+    for (int x = first; x < 320; x += Stride()) {
       const int line = (y - kTop) / LineHeight();
       const bool isInside = x >= kLeft && x <= kLeft + 300 && y >= kTop && line < 4;
       const auto word = isInside ? WordUnder(lines[line], widths, x - kLeft) : std::nullopt;
@@ -84,7 +86,7 @@ TEST_F(WordSelection, AnswersOnEveryPixelAndKeepsEachMarkAtOnce) {
         expected[number / 4] ^= static_cast<std::uint8_t>(0x40 >> 2 * (number % 4));
       }
       ASSERT_EQ(Click(x, y).empty(), !word) << x << ',' << y;
-      if (!word && x != 0) continue;
+      if (!word && x != first) continue;
       ASSERT_EQ(ReadBytes("script.mrk"), expected) << x << ',' << y;
     }
   }

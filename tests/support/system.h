@@ -1,6 +1,7 @@
 // What the tests take from the system they run on. Not for what belongs to one system alone: that is in folders of its name.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <filesystem>
@@ -17,6 +18,13 @@ void SetVariable(const char* name, const char* value);
 
 // How many files and other things of the system the process holds open.
 std::size_t OpenHandleCount();
+
+// What the longest tests do thousands of times they may do every so many times only: 1, or what TAVIMO_TEST_STRIDE says,
+// for an emulator, where a call of the system's takes a hundred times as long. From 1 to 1000.
+inline int Stride() {
+  const char* stride = std::getenv("TAVIMO_TEST_STRIDE");
+  return stride == nullptr ? 1 : std::clamp(std::atoi(stride), 1, 1000);
+}
 
 // A variable that has another value, or none, for the life of this object.
 class ScopedVariable {
