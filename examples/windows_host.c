@@ -97,9 +97,9 @@ static int report(const char* step, int wentWell, long value) {
   return wentWell;
 }
 
-/* Without a microphone there is nothing to record: the engine says so, and the rest goes on with an empty tape. */
+/* Without a microphone there is nothing to record, and this example has not shown what it is for. */
 static int record(void) {
-  if (waveInGetNumDevs() == 0) return report("record", 1, 0);
+  if (waveInGetNumDevs() == 0) return report("record", 0, 0);
   if (engine.vcWaveInOpenForTape(11025, 16, 1) != 1) return report("record", 0, -1);
   engine.vcRecordTape();
   for (int i = 0; i < 100 && blocksHeard < 20; ++i) dispatchFor(100);

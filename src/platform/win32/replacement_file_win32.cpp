@@ -60,10 +60,16 @@ bool RenameOverOpen(HANDLE file, const std::wstring& name) {
   return isPlaced;
 }
 
+// On failure GetLastError tells why. Between two drives no file steps aside: none could take its place.
 bool PutInPlace(HANDLE file, const std::wstring& name) {
-  if (IsFolderOrReadOnly(name)) return false;
-  return RenameByHandle(file, name, RenameKind::OverOpen) || RenameByHandle(file, name, RenameKind::Plain) ||
-         RenameOverOpen(file, name);
+  if (IsFolderOrReadOnly(name)) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return false;
+  }
+  if (RenameByHandle(file, name, RenameKind::OverOpen)) return true;
+  if (GetLastError() == ERROR_NOT_SAME_DEVICE) return false;
+  if (RenameByHandle(file, name, RenameKind::Plain)) return true;
+  return GetLastError() != ERROR_NOT_SAME_DEVICE && RenameOverOpen(file, name);
 }
 
 }  // namespace
