@@ -18,7 +18,7 @@ namespace tavimo::host {
 namespace {
 
 constexpr std::size_t kPieceFrames = 8192;
-const std::string kImportedEnding = "-16bit";
+constexpr std::string_view kImportedEnding = "-16bit";
 
 // Rates between the bounds stay; beyond them the nearest of the same family, which resamples best.
 int RateFor(int sourceRate) {
@@ -120,7 +120,7 @@ class Conversion {
 std::filesystem::path RecordingFor(const std::filesystem::path& source) {
   const std::filesystem::path beside = std::filesystem::path(source).replace_extension(".wav");
   if (beside.filename() != source.filename()) return beside;
-  return source.parent_path() / PathFromUtf8(Utf8(source.stem()) + kImportedEnding + ".wav");
+  return source.parent_path() / PathFromUtf8(Utf8(source.stem()).append(kImportedEnding).append(".wav"));
 }
 
 std::string SourceStem(const std::filesystem::path& recording) {

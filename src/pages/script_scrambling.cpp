@@ -39,6 +39,7 @@ consteval ScrambleKey KeyFromDigits(const char (&digits)[2 * kScrambleKeyBytes +
 
 }  // namespace
 
+// NOLINTNEXTLINE(cert-err58-cpp): made by the compiler, constinit says so
 constinit const ScrambleKey kScrambleKey = KeyFromDigits(TAVIMO_SCRAMBLE_KEY);
 
 Scrambling ScramblingByName(const char* scriptPath) noexcept {
