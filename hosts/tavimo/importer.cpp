@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "progress_bar.h"
