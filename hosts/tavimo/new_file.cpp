@@ -79,7 +79,8 @@ void PlaceCopy(const fs::path& finished, const fs::path& path) {
   const fs::path target = ResolvedPath(path);
   const fs::path unfinished = Beside(target);
   std::error_code error;
-  fs::copy_file(finished, unfinished, fs::copy_options::overwrite_existing, error);
+  fs::remove(unfinished, error);  // one C++ library takes what is there for the file itself, and copies nothing
+  if (!error) fs::copy_file(finished, unfinished, error);
   if (!error) SetLastWriteTime(unfinished, LastWriteTime(finished, error), error);
   if (!error) FlushToDisk(unfinished);
   if (!error) Rename(unfinished, target, error);

@@ -82,7 +82,8 @@ class CaptureWindows {
 void CopyToTape(const Take& take, std::uint64_t byteCount) {
   const fs::path unfinished = fs::path(kTapeFile) += ".new";
   std::error_code error;
-  fs::copy_file(take.file, unfinished, fs::copy_options::overwrite_existing, error);
+  fs::remove(unfinished, error);  // one C++ library takes what is there for the file itself, and copies nothing
+  if (!error) fs::copy_file(take.file, unfinished, error);
   // Cut here and not by recording over it: were the program killed, old words would stand behind the new ones.
   if (!error) fs::resize_file(unfinished, byteCount, error);
   if (!error) Rename(unfinished, kTapeFile, error);

@@ -33,6 +33,9 @@ void OpenOutputs();
 // fails with cross_device_link and copies nothing: a copy that a kill cuts short would stand in place of a whole file.
 void Rename(const std::filesystem::path& from, const std::filesystem::path& to, std::error_code& error);
 
+// Gives a file another name, by a link of whatever kind the disk and the person's rights allow.
+void MakeSecondName(const std::filesystem::path& file, const std::filesystem::path& name, std::error_code& error);
+
 // The path as the disk spells it, so that a file has one name only where case does not tell names apart.
 [[nodiscard]] std::filesystem::path StoredSpelling(const std::filesystem::path& path);
 

@@ -47,6 +47,11 @@ void Rename(const std::filesystem::path& from, const std::filesystem::path& to, 
   std::filesystem::rename(from, to, error);
 }
 
+void MakeSecondName(const std::filesystem::path& file, const std::filesystem::path& name, std::error_code& error) {
+  std::filesystem::create_symlink(file, name, error);
+  if (error) std::filesystem::create_hard_link(file, name, error);
+}
+
 std::filesystem::file_time_type LastWriteTime(const std::filesystem::path& file, std::error_code& error) {
   return std::filesystem::last_write_time(file, error);
 }

@@ -173,9 +173,10 @@ constexpr Ticks kBeginToUnix = std::chrono::seconds(11'644'473'600);  // the sys
 // Virus scanners and search services hold a new file open for moments.
 bool IsHeldForMoments(DWORD error) { return error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION; }
 
-// The name of the last part as the folder has it.
+// The name of the last part as the folder has it. With a wildcard it is the name of no file, but another would be found.
 fs::path StoredName(const fs::path& path) {
   WIN32_FIND_DATAW found{};
+  if (path.filename().wstring().find_first_of(L"*?<>\"") != std::wstring::npos) return path.filename();
   HANDLE search = FindFirstFileW(path.c_str(), &found);
   if (search == INVALID_HANDLE_VALUE) return path.filename();
   FindClose(search);
@@ -234,6 +235,19 @@ void Rename(const fs::path& from, const fs::path& to, std::error_code& error) {
   }
   error = code == ERROR_NOT_SAME_DEVICE ? std::make_error_code(std::errc::cross_device_link)
                                         : std::error_code(static_cast<int>(code), std::system_category());
+}
+
+// Hard links end at the drive and are not on every disk; the others need a right, or a setting of newer systems. Whether one
+// was made is looked at, as some systems claim it.
+void MakeSecondName(const fs::path& file, const fs::path& name, std::error_code& error) {
+  constexpr DWORD kWithoutRight = 2;  // newer than the headers this program is built against
+  if (CreateHardLinkW(name.c_str(), file.c_str(), nullptr)) return error.clear();
+  error = std::error_code(static_cast<int>(GetLastError()), std::system_category());
+  for (const DWORD flags : {kWithoutRight, DWORD{0}}) {
+    if (CreateSymbolicLinkW(name.c_str(), file.c_str(), flags) && Handle(OpenAsItIs(name, 0)).IsOpen()) {
+      return error.clear();
+    }
+  }
 }
 
 // The C++ library of this compiler knows whole seconds alone, the disk ten millionths of one.
@@ -374,8 +388,11 @@ std::string ReadConsolePiece(HANDLE console) {
   constexpr wchar_t kEndOfInput = 0x1A;
   std::array<wchar_t, 256> piece{};
   DWORD got = 0;
-  if (!ReadConsoleW(console, piece.data(), static_cast<DWORD>(piece.size()), &got, nullptr) || Interrupted()) return {};
-  return got == 0 || piece[0] == kEndOfInput ? std::string() : Utf8FromWide({piece.data(), got});
+  const bool isRead = ReadConsoleW(console, piece.data(), static_cast<DWORD>(piece.size()), &got, nullptr) != 0;
+  // Ctrl-C ends the reading without text, perhaps before the thread that notes it has run; the end of input is a character.
+  if ((isRead && got == 0) || (!isRead && GetLastError() == ERROR_OPERATION_ABORTED)) isInterrupted = true;
+  if (!isRead || Interrupted()) return {};
+  return piece[0] == kEndOfInput ? std::string() : Utf8FromWide({piece.data(), got});
 }
 
 // A piece of a pipe or a file; empty at its end and after Ctrl-C, which does not end the reading of a pipe.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "system.h"
 #include "take_shelf.h"
 
 namespace tavimo::host {
@@ -49,12 +50,18 @@ void GiveSecondName(const fs::path& file, const fs::path& name) {
   if (error) fs::copy_file(file, name);
 }
 
+void Move(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  Rename(from, to, error);
+  if (error) throw fs::filesystem_error("cannot rename", from, to, error);
+}
+
 // What is not there yet; what has the same name is the same take.
 void BringBackNewer(const fs::path& newer, const fs::path& older) {
   fs::create_directories(older);
   for (const auto& entry : fs::directory_iterator(newer)) {
     const fs::path file = older / entry.path().filename();
-    if (!fs::exists(file)) fs::rename(entry.path(), file);
+    if (!fs::exists(file)) Move(entry.path(), file);
   }
 }
 
@@ -62,7 +69,7 @@ void BringBackNewer(const fs::path& newer, const fs::path& older) {
 
 void MoveTakesAway(const fs::path& backup, const std::vector<int>& deletedSentences) {
   if (!fs::exists(kTakeShelf)) fs::create_directory(kTakeShelf);
-  fs::rename(kTakeShelf, backup / kTakeShelf);
+  Move(kTakeShelf, backup / kTakeShelf);
   for (const SentenceFolder& kept : FoldersIn(backup / kTakeShelf)) {
     const auto number = NumberAfter(kept.sentence, deletedSentences);
     if (!number) continue;
@@ -84,7 +91,7 @@ void BringTakesBack(const fs::path& backup, const std::vector<int>& deletedSente
   }
   if (fs::exists(kTakeShelf)) BringBackNewer(kTakeShelf, older);  // what the person put there
   fs::remove_all(kTakeShelf);
-  fs::rename(older, kTakeShelf);
+  Move(older, kTakeShelf);
 }
 
 }  // namespace tavimo::host

@@ -21,8 +21,7 @@ std::string HashOf(const fs::path& identity) {
 void Link(const fs::path& target, const fs::path& link) {
   std::error_code error;
   fs::remove(link, error);
-  fs::create_symlink(target, link, error);
-  if (error) fs::create_hard_link(target, link, error);
+  MakeSecondName(target, link, error);
   if (error) {
     throw Refusal("the engine cannot take its name, and a second name cannot be made in " +
                   Readable(fs::current_path()) + " (" + ReasonOf(error) + "); rename it or move it up");
@@ -78,9 +77,11 @@ fs::path WorkingFolder::MakeAlias(const fs::path& identity) {
   madeLinks_.push_back(path_ / alias);
   for (const char* extension : {".tmp", ".zud", ".jpg", ".bmp", ".gif", ".dib"}) {
     const fs::path beside = fs::path(identity).replace_extension(extension);
+    const fs::path link = fs::path(alias).replace_extension(extension);
     std::error_code error;
+    fs::remove(link, error);  // a second name may outlive the file
     if (!fs::exists(beside, error)) continue;
-    Link(beside, fs::path(alias).replace_extension(extension));
+    Link(beside, link);
     madeLinks_.push_back(path_ / alias.parent_path() / (hash_ + extension));
   }
   return alias;
