@@ -6,6 +6,7 @@
 #include <sndfile.h>
 
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -84,7 +85,11 @@ class LibrarySound : public SoundSource {
 
   [[nodiscard]] int SampleRate() const override { return info_.samplerate; }
   [[nodiscard]] int Channels() const override { return info_.channels; }
-  [[nodiscard]] std::int64_t FrameCount() const override { return info_.frames; }
+  // No file that lies about its length leads past the end of a number once it is counted in milliseconds.
+  [[nodiscard]] std::int64_t FrameCount() const override {
+    constexpr std::int64_t kMostFrames = std::numeric_limits<std::int64_t>::max() / 1000;
+    return std::clamp<std::int64_t>(info_.frames, 0, kMostFrames);
+  }
   [[nodiscard]] bool IsCountEstimated() const override { return (info_.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG; }
   [[nodiscard]] bool IsSixteenBits() const override {
     const int kind = info_.format & SF_FORMAT_SUBMASK;

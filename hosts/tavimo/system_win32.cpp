@@ -29,12 +29,15 @@ namespace {
 constexpr DWORD kPollMs = 20;
 
 std::atomic<bool> isInterrupted = false;
+std::atomic<bool> isAtPrompt =
+    false;  // the main thread waits for the person, who may never come, with nothing half done
 
 // Runs on a thread of the system's own. When the console is closed or the person logs off, the process is ended once it
 // returns, so it leaves the main thread the time to end by itself; the system waits some seconds at most.
 BOOL WINAPI NoteInterrupt(DWORD event) {
   isInterrupted = true;
-  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
+  const bool isLastWord = event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT;
+  while (isLastWord && !isAtPrompt) Sleep(kPollMs);
   return TRUE;
 }
 
@@ -96,7 +99,8 @@ class ConsoleText : public std::streambuf {
   [[nodiscard]] bool Write(std::wstring_view wide) const {
     constexpr std::size_t kMostUnits = 8192;  // consoles of old take no more at once
     while (!wide.empty()) {
-      const std::wstring_view piece = wide.substr(0, kMostUnits);
+      std::wstring_view piece = wide.substr(0, kMostUnits);
+      if (piece.size() > 1 && IS_HIGH_SURROGATE(piece.back())) piece.remove_suffix(1);
       DWORD written = 0;
       const auto units = static_cast<DWORD>(piece.size());
       if (!WriteConsoleW(console_, piece.data(), units, &written, nullptr) || written == 0) return false;
@@ -383,16 +387,28 @@ char TerminalKeys::Next() {
 
 namespace {
 
-// A piece of what the person types, in UTF-8; empty at the end (Ctrl-Z) and after Ctrl-C.
+// Up to that many units of what the person types; none at the end of input and after Ctrl-C.
+std::wstring ReadConsoleUnits(HANDLE console, std::size_t most) {
+  std::wstring units(most, L'\0');
+  DWORD got = 0;
+  isAtPrompt = true;
+  const bool isAsked = !Interrupted();
+  const bool isRead = isAsked && ReadConsoleW(console, units.data(), static_cast<DWORD>(most), &got, nullptr) != 0;
+  const DWORD error = isRead ? 0 : GetLastError();
+  isAtPrompt = false;
+  // Ctrl-C ends the reading without text, perhaps before the thread that notes it has run; the end of input is a character.
+  if (isRead ? got == 0 : isAsked && error == ERROR_OPERATION_ABORTED) isInterrupted = true;
+  units.resize(isRead && !Interrupted() ? got : 0);
+  return units;
+}
+
+// A piece of what the person types, in UTF-8 and in whole characters; empty at the end (Ctrl-Z) and after Ctrl-C.
 std::string ReadConsolePiece(HANDLE console) {
   constexpr wchar_t kEndOfInput = 0x1A;
-  std::array<wchar_t, 256> piece{};
-  DWORD got = 0;
-  const bool isRead = ReadConsoleW(console, piece.data(), static_cast<DWORD>(piece.size()), &got, nullptr) != 0;
-  // Ctrl-C ends the reading without text, perhaps before the thread that notes it has run; the end of input is a character.
-  if ((isRead && got == 0) || (!isRead && GetLastError() == ERROR_OPERATION_ABORTED)) isInterrupted = true;
-  if (!isRead || Interrupted()) return {};
-  return piece[0] == kEndOfInput ? std::string() : Utf8FromWide({piece.data(), got});
+  std::wstring piece = ReadConsoleUnits(console, 256);
+  if (piece.starts_with(kEndOfInput)) return {};
+  if (!piece.empty() && IS_HIGH_SURROGATE(piece.back())) piece += ReadConsoleUnits(console, 1);
+  return Utf8FromWide(piece);
 }
 
 // A piece of a pipe or a file; empty at its end and after Ctrl-C, which does not end the reading of a pipe.

@@ -146,6 +146,7 @@ void ReadFormat(std::string_view bytes, WaveHeader& header) {
   header.formatTag = static_cast<std::uint16_t>(LittleEndian(bytes.substr(0, 2)));
   header.channels = static_cast<std::uint16_t>(LittleEndian(bytes.substr(2, 2)));
   header.sampleRate = LittleEndian(bytes.substr(4, 4));
+  header.blockAlign = static_cast<std::uint16_t>(LittleEndian(bytes.substr(12, 2)));
   header.bitsPerSample = static_cast<std::uint16_t>(LittleEndian(bytes.substr(14, 2)));
   const bool isExtensible = header.formatTag == kTagExtensible && bytes.size() >= kExtensibleTagOffset + 2;
   header.codedTag =

@@ -15,6 +15,7 @@ struct WaveHeader {
   std::uint16_t formatTag = 0;
   std::uint16_t codedTag = 0;  // what the samples are: the format tag, or the one behind the extensible header's
   std::uint16_t channels = 0;
+  std::uint16_t blockAlign = 0;  // bytes of a frame, as the format chunk has it
   std::uint16_t bitsPerSample = 0;
   std::uint32_t sampleRate = 0;
   std::uint64_t dataOffset = 0;

@@ -100,8 +100,10 @@ std::unique_ptr<SoundSource> OpenWaveSound(const std::filesystem::path& file) {
       header.sampleRate > kHighestRate) {
     return nullptr;
   }
-  const ToNumber convert = ConverterFor(header.codedTag, (header.bitsPerSample + 7) / 8);
-  if (convert == nullptr) return nullptr;
+  const int sampleBytes = (header.bitsPerSample + 7) / 8;
+  const ToNumber convert = ConverterFor(header.codedTag, sampleBytes);
+  // Samples may lie in wider places than their bits need.
+  if (convert == nullptr || header.blockAlign != header.channels * sampleBytes) return nullptr;
   if (IsLengthOpen(header)) {
     std::error_code error;
     const std::uint64_t fileLength = std::filesystem::file_size(file, error);
