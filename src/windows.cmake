@@ -29,6 +29,7 @@ target_link_options(tavimo_dll PRIVATE -static -static-libgcc -static-libstdc++ 
   $<$<CONFIG:Release>:-s>)
 set_target_properties(tavimo_dll PROPERTIES OUTPUT_NAME tavimo PREFIX "" LINK_DEPENDS ${definition})
 add_dependencies(tavimo_dll tavimo_export_lists)
+tavimo_windows_resource(tavimo_dll tavimo.dll "Audio and text engine of a language-learning repeater")
 
 # Made from the list of decorated names: the one that the linker makes does not fit 32-bit callers.
 set(importLibrary ${CMAKE_CURRENT_BINARY_DIR}/libtavimo.a)
