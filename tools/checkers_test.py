@@ -170,12 +170,13 @@ class Checkers(unittest.TestCase):
             with self.subTest(mark):
                 text = HARD_LINUX.replace(mark, 'RWE 0x10' if ' ' in mark else '')
                 self.assertEqual(len(check_hardening.linux_faults(text, landing_places)), 1)
-        protected = b'*** stack smashing detected ***'
-        self.assertEqual(check_hardening.windows_faults(HARD_WINDOWS, protected), [])
-        self.assertEqual(len(check_hardening.windows_faults(HARD_WINDOWS, b'')), 1)
+        protected = [b'__stack_chk_fail', b'', b'', b'']
+        self.assertEqual(check_hardening.objects_faults(protected), [])
+        self.assertEqual([len(check_hardening.objects_faults(objects)) for objects in ([], protected[1:])], [1, 1])
+        self.assertEqual(check_hardening.windows_faults(HARD_WINDOWS), [])
         for mark in HARDENING_OF_WINDOWS:
             with self.subTest(mark):
-                self.assertEqual(len(check_hardening.windows_faults(HARD_WINDOWS.replace(mark, '0'), protected)), 1)
+                self.assertEqual(len(check_hardening.windows_faults(HARD_WINDOWS.replace(mark, '0'))), 1)
 
     def test_blanking_keeps_the_numbers_of_lines(self):
         text = 'a /* b\n c */ "d\\"e" // f\ng'

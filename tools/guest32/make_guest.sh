@@ -11,13 +11,19 @@ tree=$folder/tree
 mkdir -p "$apt"/{lists/partial,archives/partial,etc/apt.conf.d,etc/preferences.d,etc/trusted.gpg.d}
 cd "$folder"
 
-# The first value of a field of the system's own source of packages.
-source_field() { awk -v field="$1:" '$1 == field { print $2; exit }' /etc/apt/sources.list.d/debian.sources; }
+# Where the system's own packages come from, in either of the two ways it may be written down.
+source_address() {
+  cat /etc/apt/sources.list.d/*.sources /etc/apt/sources.list /etc/apt/sources.list.d/*.list 2>/dev/null |
+    awk '$1 == "URIs:" || $1 == "deb" { for (i = 2; i <= NF; ++i) if ($i ~ "://.*/debian/?$") { print $i; exit } }'
+}
 
 # apt with a state of its own, for the other architecture.
 fetch_packages() {
+  local address
+  address=$(source_address)
+  [ -n "$address" ] || { echo "no source of Debian's packages is written down in /etc/apt" >&2; exit 1; }
   : >"$apt/status"
-  echo "deb [arch=i386 signed-by=$(source_field Signed-By)] $(source_field URIs) bookworm main" >"$apt/sources.list"
+  echo "deb [arch=i386 signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $address bookworm main" >"$apt/sources.list"
   local -a options=(-o "Dir::State=$apt" -o "Dir::State::lists=$apt/lists" -o "Dir::State::status=$apt/status"
     -o "Dir::Cache=$apt" -o "Dir::Cache::archives=$apt/archives" -o "Dir::Etc::sourcelist=$apt/sources.list"
     -o Dir::Etc::sourceparts=- -o APT::Architecture=i386 -o APT::Architectures::=i386 -o APT::Sandbox::User=root
