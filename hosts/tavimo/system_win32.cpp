@@ -29,8 +29,8 @@ namespace {
 constexpr DWORD kPollMs = 20;
 
 std::atomic<bool> isInterrupted = false;
-std::atomic<bool> isAtPrompt =
-    false;  // the main thread waits for the person, who may never come, with nothing half done
+// The main thread waits for the person, who may never come, with nothing half done.
+std::atomic<bool> isAtPrompt = false;
 
 // Runs on a thread of the system's own. When the console is closed or the person logs off, the process is ended once it
 // returns, so it leaves the main thread the time to end by itself; the system waits some seconds at most.
