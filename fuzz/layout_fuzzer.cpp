@@ -75,7 +75,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::int32_t scrambled = numbers.ConsumeIntegralInRange<std::int32_t>(0, 1);
   fuzz::Check(vcSetPageSettings(pane, width, height, left, top, numbers.ConsumeIntegralInRange<int>(0, 3)) > 0,
               "a font has a line height");
-  fuzz::Check(vcGenPageFile(scrambled, "a.txt", "a.pag", pane) == -2, "any text has pages");
+  // With a page for each byte of a long script its disk may be full.
+  const bool hasRoom = script.size() * sizeof(VcPageIndexEntry) < fuzz::kLargestFile;
+  const bool isMade = vcGenPageFile(scrambled, "a.txt", "a.pag", pane) == -2;
+  fuzz::Check(isMade || !hasRoom, "any text has pages");
+  if (!isMade) return fuzz::CheckNothingIsLeft(), 0;
   std::int32_t slots = 0;
   const std::int32_t pages = vcOpenScript("a.txt", "a.pag", "a.mrk", &slots);
   fuzz::Check(pages >= 0, "what was made opens");
